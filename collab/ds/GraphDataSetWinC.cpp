@@ -1,0 +1,149 @@
+#include "collab/ds/GraphDataSetWinC.h"
+
+#include <cstdio>
+#include <new>
+
+#include "collab/ds/PixelPointC.h"
+
+namespace qelt {
+namespace mathapp {
+namespace ds {
+
+namespace {
+// Room added when an end runs out: at least this much, else as much as is held.
+const std::size_t MIN_GROWTH = 16;
+// Hints larger than this are not honoured up front; the storage grows instead.
+const std::size_t MAX_HINT = 1u << 24;
+
+int32_t toCoordinate(long v) {
+    // Keep the low 32 bits in two's complement, as the platform record would.
+    uint32_t u = static_cast<uint32_t>(static_cast<unsigned long>(v));
+    return u <= 0x7FFFFFFFu ? static_cast<int32_t>(u)
+                            : static_cast<int32_t>(static_cast<int64_t>(u) - 4294967296LL);
+}
+} // namespace
+
+GraphDataSetWinC::GraphDataSetWinC(unsigned int capacity, unsigned int frontReserve,
+                                   oss::PointerTC<GraphicalDomainC> domain)
+    : begin_(0), end_(0), reallocations_(0), domain_(domain) {
+    std::size_t cap = capacity < MAX_HINT ? capacity : MAX_HINT;
+    std::size_t front = frontReserve < cap ? frontReserve : cap;
+    try {
+        points_.resize(cap);
+        markers_.resize(cap + 2);
+    } catch (...) {
+        points_.clear();
+        markers_.assign(2, 0);
+        front = 0;
+    }
+    begin_ = end_ = front;
+}
+
+GraphDataSetWinC::~GraphDataSetWinC() {}
+
+bool GraphDataSetWinC::relocate(std::size_t front, std::size_t back) {
+    std::size_t count = end_ - begin_;
+    std::vector<POINT> points;
+    std::vector<unsigned char> markers;
+    try {
+        points.resize(front + count + back);
+        markers.resize(front + count + back + 2);
+    } catch (...) {
+        return false;
+    }
+    for (std::size_t i = 0; i < count; ++i) points[front + i] = points_[begin_ + i];
+    // The points' markers and both spare slots move together.
+    for (std::size_t i = 0; i < count + 2; ++i) markers[front + i] = markers_[begin_ + i];
+    points_.swap(points);
+    markers_.swap(markers);
+    begin_ = front;
+    end_ = front + count;
+    ++reallocations_;
+    return true;
+}
+
+bool GraphDataSetWinC::reserveFront() {
+    if (begin_ > 0) return true;
+    std::size_t count = end_ - begin_;
+    return relocate(count > MIN_GROWTH ? count : MIN_GROWTH, points_.size() - end_);
+}
+
+bool GraphDataSetWinC::reserveBack() {
+    if (end_ < points_.size()) return true;
+    std::size_t count = end_ - begin_;
+    return relocate(begin_, count > MIN_GROWTH ? count : MIN_GROWTH);
+}
+
+bool GraphDataSetWinC::appendPixelPoint(long const &x, long const &y, unsigned char const &marker) {
+    POINT p;
+    p.x = toCoordinate(x);
+    p.y = toCoordinate(y);
+    return appendPixelPoint(p, marker);
+}
+
+bool GraphDataSetWinC::appendPixelPoint(POINT const &point, unsigned char const &marker) {
+    POINT p = point; // the argument may live in this set's own storage
+    if (!reserveBack()) return false;
+    points_[end_] = p;
+    markers_[end_ + 1] |= marker;
+    ++end_;
+    return true;
+}
+
+bool GraphDataSetWinC::prependPixelPoint(long const &x, long const &y, unsigned char const &marker) {
+    if (!reserveFront()) return false;
+    --begin_;
+    points_[begin_].x = toCoordinate(x);
+    points_[begin_].y = toCoordinate(y);
+    // The old spare slot -1 becomes the new point's marker.
+    markers_[begin_ + 1] |= marker;
+    return true;
+}
+
+bool GraphDataSetWinC::appendPixelPoints(oss::PointerTC<GraphDataSetWinC> other, bool flag) {
+    if (!other) return false;
+    std::size_t n = other->getCount();
+    std::size_t i = 0;
+    if (flag && n > 0 && end_ > begin_) {
+        POINT const &last = points_[end_ - 1];
+        POINT const &first = other->points_[other->begin_];
+        if (last.x == first.x && last.y == first.y) {
+            markers_[end_] |= other->markers_[other->begin_ + 1];
+            i = 1;
+        }
+    }
+    bool ok = true;
+    // Index afresh every time: other may be this set, whose storage moves.
+    for (; i < n; ++i) {
+        POINT p = other->points_[other->begin_ + i];
+        unsigned char m = other->markers_[other->begin_ + i + 1];
+        ok = appendPixelPoint(p, m) && ok;
+    }
+    return ok;
+}
+
+POINT *GraphDataSetWinC::getPixelPoints(unsigned int &count) const {
+    count = getCount();
+    return points_.data() + begin_;
+}
+
+unsigned char *GraphDataSetWinC::getPixelMarkers(unsigned int &count) const {
+    count = getCount();
+    return markers_.data() + begin_ + 1;
+}
+
+void GraphDataSetWinC::trace() const {
+    std::size_t count = end_ - begin_;
+    std::fprintf(stderr, "GraphDataSetWinC: %zu points\n", count);
+    for (std::size_t i = 0; i < count; ++i) {
+        unsigned char m = markers_[begin_ + i + 1];
+        std::fprintf(stderr, "%6zu  (%ld, %ld)%s%s\n", i, static_cast<long>(points_[begin_ + i].x),
+                     static_cast<long>(points_[begin_ + i].y),
+                     (m & PixelPointC::FIRST_VISIBLE) ? " FIRST_VISIBLE" : "",
+                     (m & PixelPointC::LAST_VISIBLE) ? " LAST_VISIBLE" : "");
+    }
+}
+
+} // namespace ds
+} // namespace mathapp
+} // namespace qelt

@@ -1,0 +1,81 @@
+#ifndef QELT_DS_GRAPHDATASETWINC_H
+#define QELT_DS_GRAPHDATASETWINC_H
+
+#include <cstddef>
+#include <vector>
+
+#include "collab/ds/GraphicalDomainC.h"
+#include "collab/ds/POINT.h"
+#include "collab/oss/PointerTC.h"
+#include "collab/oss/RefCountedBC.h"
+
+namespace qelt {
+namespace mathapp {
+namespace ds {
+
+// The pixel points of one graph, in drawing order, each with a marker byte.
+//
+// Points and markers are two parallel contiguous arrays that can grow at both
+// ends in amortised O(1): the storage keeps free room in front of the first
+// point for prepending and behind the last for appending, and doubles the
+// room it runs out of. The marker array always has one spare slot before the
+// first point (index -1) and one after the last (index count), so a marker can
+// be set on the point that the next prepend or append will bring; appending
+// and prepending OR their marker into whatever that slot already holds.
+class GraphDataSetWinC : public oss::RefCountedBC {
+public:
+    // capacity: initial room for points; frontReserve: how much of it lies in
+    // front of the first point. Both are hints; any values work.
+    GraphDataSetWinC(unsigned int capacity, unsigned int frontReserve,
+                     oss::PointerTC<GraphicalDomainC> domain);
+    virtual ~GraphDataSetWinC();
+
+    bool appendPixelPoint(long const &x, long const &y, unsigned char const &marker);
+    bool appendPixelPoint(POINT const &point, unsigned char const &marker);
+    bool prependPixelPoint(long const &x, long const &y, unsigned char const &marker);
+
+    // Appends the other set's points with their markers. With flag false this
+    // is exactly appending them one by one (a marker pending in this set's slot
+    // count merges into the first of them; the other set's spare slots are not
+    // copied). With flag true the sets are joined as one path: when the other
+    // set's first point equals this set's last, it is not repeated and its
+    // marker is ORed into the last point instead.
+    bool appendPixelPoints(oss::PointerTC<GraphDataSetWinC> other, bool flag);
+
+    // Pointers to element 0, valid until the next append or prepend; count is
+    // set to the number of points. markers[-1] and markers[count] are the spare
+    // slots and may be written.
+    POINT *getPixelPoints(unsigned int &count) const;
+    unsigned char *getPixelMarkers(unsigned int &count) const;
+    unsigned int getCount() const { return static_cast<unsigned int>(end_ - begin_); }
+
+    oss::PointerTC<GraphicalDomainC> getDomain() { return domain_; }
+
+    // One line per point with its marker bits, on standard error.
+    virtual void trace() const;
+
+    // How often the storage has been reallocated (for cost checks).
+    unsigned long getReallocationCount() const { return reallocations_; }
+
+private:
+    GraphDataSetWinC(GraphDataSetWinC const &) = delete;
+    GraphDataSetWinC &operator=(GraphDataSetWinC const &) = delete;
+
+    bool reserveFront();
+    bool reserveBack();
+    bool relocate(std::size_t front, std::size_t back);
+
+    // Point i lives at points_[begin_ + i]; its marker at markers_[begin_ + i + 1].
+    mutable std::vector<POINT> points_;
+    mutable std::vector<unsigned char> markers_;
+    std::size_t begin_;
+    std::size_t end_;
+    unsigned long reallocations_;
+    oss::PointerTC<GraphicalDomainC> domain_;
+};
+
+} // namespace ds
+} // namespace mathapp
+} // namespace qelt
+
+#endif

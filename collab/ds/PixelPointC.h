@@ -1,0 +1,20 @@
+#ifndef QELT_DS_PIXELPOINTC_H
+#define QELT_DS_PIXELPOINTC_H
+
+namespace qelt {
+namespace mathapp {
+namespace ds {
+
+// Marker bits of a pixel point: where a visible stretch of a curve starts and
+// ends. A display joins consecutive points except across these.
+class PixelPointC {
+public:
+    static const unsigned char FIRST_VISIBLE = 0x01;
+    static const unsigned char LAST_VISIBLE = 0x02;
+};
+
+} // namespace ds
+} // namespace mathapp
+} // namespace qelt
+
+#endif

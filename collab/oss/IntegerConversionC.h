@@ -1,0 +1,42 @@
+#ifndef QELT_OSS_INTEGERCONVERSIONC_H
+#define QELT_OSS_INTEGERCONVERSIONC_H
+
+#include <cmath>
+#include <cstdint>
+
+namespace qelt {
+namespace oss {
+
+// The truncating double-to-integer conversions of the pixel arithmetic,
+// defined for every double. A raw cast of an out-of-range double is undefined;
+// here NaN, the infinities and |v| >= 2^63 give 0, and everything else is
+// truncated toward zero to 64 bits and then narrowed in two's complement, as
+// the fixed-width hardware conversion it replaces would do (-1.0 -> 0xFFFFFFFF).
+class IntegerConversionC {
+public:
+    static int64_t toInt64(double v) {
+        // 2^63 is exact in double; the comparison is false for NaN.
+        if (!(std::fabs(v) < 9223372036854775808.0)) return 0;
+        return static_cast<int64_t>(v);
+    }
+    static uint32_t toUInt32(double v) {
+        return static_cast<uint32_t>(static_cast<uint64_t>(toInt64(v)));
+    }
+    static int32_t toInt32(double v) { return narrow32(toUInt32(v)); }
+    static uint16_t toUInt16(double v) { return static_cast<uint16_t>(toUInt32(v)); }
+    static int16_t toInt16(double v) { return narrow16(static_cast<uint16_t>(toUInt32(v))); }
+
+    // Two's-complement narrowings written without implementation-defined casts.
+    static int32_t narrow32(uint32_t u) {
+        return u <= 0x7FFFFFFFu ? static_cast<int32_t>(u)
+                                : static_cast<int32_t>(static_cast<int64_t>(u) - 4294967296LL);
+    }
+    static int16_t narrow16(uint16_t u) {
+        return u <= 0x7FFFu ? static_cast<int16_t>(u) : static_cast<int16_t>(static_cast<int32_t>(u) - 65536);
+    }
+};
+
+} // namespace oss
+} // namespace qelt
+
+#endif
