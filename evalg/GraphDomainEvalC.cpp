@@ -1,0 +1,87 @@
+#include "evalg/GraphDomainEvalC.h"
+
+#include <cmath>
+#include <new>
+
+#include "evalg/GraphDomainServiceNames.h"
+
+namespace qelt {
+namespace mathapp {
+namespace evalg {
+
+GraphDomainEvalC::GraphDomainEvalC(unsigned short m)
+    : lastPointVisible(0), scratchPoint(), mode(m), leftEdge(0), rightEdge(0), bottomEdge(0),
+      topEdge(0), pixelColumns(0), pixelRows(0), xStep(0), yStep(0), xHalfStep(0), yHalfStep(0),
+      xMax(0), xMin(0), yMax(0), yMin(0) {}
+
+GraphDomainEvalC::GraphDomainEvalC() : GraphDomainEvalC(1) {}
+
+bool GraphDomainEvalC::setDomain(oss::PointerTC<ds::GraphicalDomainC> domain) {
+    if (!domain) return false;
+    if (!domain->isValid()) return false;
+    pixelColumns = domain->getM();
+    pixelRows = domain->getN();
+    xMin = domain->getXMin();
+    xMax = domain->getXMax();
+    yMin = domain->getYMin();
+    yMax = domain->getYMax();
+    // The count minus one in integer arithmetic: one column gives 0, so an
+    // infinite step.
+    xStep = (xMax - xMin) / double(int(pixelColumns) - 1);
+    // The y limits are asked of the domain again rather than read back.
+    yStep = (domain->getYMax() - domain->getYMin()) / double(int(pixelRows) - 1);
+    xHalfStep = xStep * 0.5;
+    yHalfStep = yStep * 0.5;
+    leftEdge = xMin - xHalfStep;
+    rightEdge = xMax + xHalfStep;
+    bottomEdge = domain->getYMin() - yHalfStep;
+    topEdge = yHalfStep + domain->getYMax();
+    return true;
+}
+
+oss::PointerTC<ds::GraphDataSetWinC> GraphDomainEvalC::beginEvaluation(
+    oss::PointerTC<ds::GraphicalDomainC> domain, unsigned int first, unsigned int second,
+    bool &domainSet) {
+    oss::PointerTC<ds::GraphDataSetWinC> set(new (std::nothrow) ds::GraphDataSetWinC(first, second, domain));
+    domainSet = setDomain(domain);
+    return set;
+}
+
+double GraphDomainEvalC::round_to_left(double v) const {
+    double c = xStep * std::floor((v - leftEdge) / xStep) + leftEdge;
+    // A value already on a boundary, and a NaN, come back unchanged.
+    if (c < v) return xStep * std::floor((v - leftEdge) / xStep) + leftEdge;
+    return v;
+}
+
+double GraphDomainEvalC::round_to_right(double v) const {
+    double l = round_to_left(v);
+    // Not the mirror of round_to_left: a value on a boundary moves a whole step
+    // up, because round_to_left leaves it where it is.
+    if (xStep + l > v) return xStep + round_to_left(v);
+    return v;
+}
+
+double GraphDomainEvalC::round_to_bottom(double v) const {
+    double c = yStep * std::floor((v - bottomEdge) / yStep) + bottomEdge;
+    if (c < v) return yStep * std::floor((v - bottomEdge) / yStep) + bottomEdge;
+    return v;
+}
+
+double GraphDomainEvalC::round_to_top(double v) const {
+    double b = round_to_bottom(v);
+    if (yStep + b > v) return yStep + round_to_bottom(v);
+    return v;
+}
+
+double GraphDomainEvalC::round_to_hcentre(double v) const { return xHalfStep + round_to_left(v); }
+
+double GraphDomainEvalC::round_to_vcentre(double v) const {
+    // Built from the formula, not from round_to_bottom: a boundary value or a
+    // NaN is treated differently from the horizontal centre on purpose.
+    return (yStep * std::floor((v - bottomEdge) / yStep) + yHalfStep) + bottomEdge;
+}
+
+} // namespace evalg
+} // namespace mathapp
+} // namespace qelt

@@ -1,0 +1,67 @@
+#ifndef QELT_EVALG_GRAPHDOMAINEVALC_H
+#define QELT_EVALG_GRAPHDOMAINEVALC_H
+
+#include "collab/ds/GraphDataSetWinC.h"
+#include "collab/ds/GraphicalDomainC.h"
+#include "collab/ds/POINT.h"
+#include "collab/oss/PointerTC.h"
+#include "collab/oss/RefCountedBC.h"
+
+namespace qelt {
+namespace mathapp {
+namespace evalg {
+
+// The graph window as the evaluators see it: pixel pitch, half pitch and the
+// outer edges of the pixel grid, plus roundings of a coordinate to a pixel
+// boundary or centre. The x range spans the pixel centres, so column c covers
+// [leftEdge + c*xStep, leftEdge + (c+1)*xStep); likewise rows from bottomEdge.
+//
+// Plain data: copying copies everything, the reference count included.
+class GraphDomainEvalC : public oss::RefCountedBC {
+public:
+    explicit GraphDomainEvalC(unsigned short mode);
+    GraphDomainEvalC();
+
+protected:
+    // Takes over the window. False, with no field changed, for a null or
+    // invalid domain. No guard against one-pixel windows: their steps become
+    // infinite and everything downstream follows from that.
+    bool setDomain(oss::PointerTC<ds::GraphicalDomainC> domain);
+
+    // Creates an evaluation's result set and takes over its window; domainSet
+    // tells whether the window was usable. Shared by every evaluator's driver.
+    oss::PointerTC<ds::GraphDataSetWinC> beginEvaluation(oss::PointerTC<ds::GraphicalDomainC> domain,
+                                                         unsigned int first, unsigned int second,
+                                                         bool &domainSet);
+
+    double round_to_left(double v) const;
+    double round_to_right(double v) const;
+    double round_to_bottom(double v) const;
+    double round_to_top(double v) const;
+    double round_to_hcentre(double v) const;
+    double round_to_vcentre(double v) const;
+
+    unsigned char lastPointVisible;
+    POINT scratchPoint;
+    unsigned short mode;
+    double leftEdge;
+    double rightEdge;
+    double bottomEdge;
+    double topEdge;
+    unsigned short pixelColumns;
+    unsigned short pixelRows;
+    double xStep;
+    double yStep;
+    double xHalfStep;
+    double yHalfStep;
+    double xMax;
+    double xMin;
+    double yMax;
+    double yMin;
+};
+
+} // namespace evalg
+} // namespace mathapp
+} // namespace qelt
+
+#endif
