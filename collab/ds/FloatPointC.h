@@ -9,9 +9,9 @@ namespace ds {
 // the point is (an intercept, a turning point).
 class FloatPointC {
 public:
-    static const unsigned short X_INTERCEPT = 0x01;
-    static const unsigned short Y_INTERCEPT = 0x02;
-    static const unsigned short TURNING_POINT = 0x04;
+    static constexpr unsigned short X_INTERCEPT = 0x01;
+    static constexpr unsigned short Y_INTERCEPT = 0x02;
+    static constexpr unsigned short TURNING_POINT = 0x04;
 
     FloatPointC(double x, double y, unsigned short marks) : x_(x), y_(y), marks_(marks) {}
     virtual ~FloatPointC() {}

@@ -27,7 +27,7 @@ public:
     double getYMin() const { return yMin_; }
     double getYMax() const { return yMax_; }
 
-    static const unsigned short MAX_PIXELS = 32767;
+    static constexpr unsigned short MAX_PIXELS = 32767;
 
 private:
     double xMin_, xMax_, yMin_, yMax_;

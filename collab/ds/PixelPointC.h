@@ -9,8 +9,8 @@ namespace ds {
 // ends. A display joins consecutive points except across these.
 class PixelPointC {
 public:
-    static const unsigned char FIRST_VISIBLE = 0x01;
-    static const unsigned char LAST_VISIBLE = 0x02;
+    static constexpr unsigned char FIRST_VISIBLE = 0x01;
+    static constexpr unsigned char LAST_VISIBLE = 0x02;
 };
 
 } // namespace ds

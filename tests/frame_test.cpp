@@ -1,0 +1,248 @@
+// The evaluation frame: window set-up and rounding, span emission, markers,
+// the driver and its reference counting.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "ProbeEvalC.h"
+#include "TestSupport.h"
+#include "collab/ds/PixelPointC.h"
+#include "collab/rel/CircleC.h"
+#include "collab/rel/LinearFunction1C.h"
+
+using namespace evalgtest;
+using qelt::mathapp::ds::PixelPointC;
+using qelt::mathapp::esb::CartesianRelationServiceC;
+
+namespace {
+
+double const NaN = std::numeric_limits<double>::quiet_NaN();
+double const Inf = std::numeric_limits<double>::infinity();
+
+// 5x5 over [0, 4] x [0, 4]: steps 1, edges -0.5 and 4.5.
+Window const five{0, 4, 0, 4, 5, 5};
+
+struct Probe {
+    ProbeEvalC eval;
+    PointerTC<GraphDataSetWinC> set{new GraphDataSetWinC(10, 5, makeDomain(five))};
+    explicit Probe(Window const &w = five) { EXPECT_TRUE(eval.setDomain(makeDomain(w))); }
+};
+
+TEST(Domain, StepsAndEdges) {
+    Probe p;
+    EXPECT_EQ(p.eval.xStep, 1.0);
+    EXPECT_EQ(p.eval.xHalfStep, 0.5);
+    EXPECT_EQ(p.eval.leftEdge, -0.5);
+    EXPECT_EQ(p.eval.rightEdge, 4.5);
+    EXPECT_EQ(p.eval.bottomEdge, -0.5);
+    EXPECT_EQ(p.eval.topEdge, 4.5);
+    Probe wide(defaultWindow());
+    EXPECT_DOUBLE_EQ(wide.eval.xStep, 0.1);
+    EXPECT_DOUBLE_EQ(wide.eval.leftEdge, -8.05);
+}
+
+TEST(Domain, OneColumnGivesAnInfiniteStepWithoutError) {
+    Probe p(Window{0, 4, 0, 4, 1, 5});
+    EXPECT_EQ(p.eval.xStep, Inf);
+    EXPECT_EQ(p.eval.leftEdge, -Inf);
+    EXPECT_EQ(p.eval.yStep, 1.0);
+}
+
+struct Rounding {
+    double v, left, right, hcentre, vcentre;
+};
+
+void PrintTo(Rounding const &r, std::ostream *os) { *os << "v=" << r.v; }
+
+class DomainRounding : public ::testing::TestWithParam<Rounding> {};
+
+TEST_P(DomainRounding, FiveByFive) {
+    Probe p;
+    Rounding r = GetParam();
+    EXPECT_EQ(p.eval.round_to_left(r.v), r.left);
+    EXPECT_EQ(p.eval.round_to_right(r.v), r.right);
+    EXPECT_EQ(p.eval.round_to_hcentre(r.v), r.hcentre);
+    EXPECT_EQ(p.eval.round_to_vcentre(r.v), r.vcentre);
+    // The vertical boundary roundings follow the same rules as the horizontal.
+    EXPECT_EQ(p.eval.round_to_bottom(r.v), r.left);
+    EXPECT_EQ(p.eval.round_to_top(r.v), r.right);
+}
+
+// A boundary rounds left to itself and right a whole step up; a centre
+// rounding of a boundary value differs between the two directions only in how
+// it is built, which shows with NaN.
+INSTANTIATE_TEST_SUITE_P(Values, DomainRounding,
+                         ::testing::Values(Rounding{1.7, 1.5, 2.5, 2.0, 2.0}, Rounding{1.5, 1.5, 2.5, 2.0, 2.0},
+                                           Rounding{-0.5, -0.5, 0.5, 0.0, 0.0}, Rounding{-3.2, -3.5, -2.5, -3.0, -3.0},
+                                           Rounding{4.49, 3.5, 4.5, 4.0, 4.0}));
+
+TEST(DomainRounding, NaNPassesThrough) {
+    Probe p;
+    EXPECT_TRUE(std::isnan(p.eval.round_to_left(NaN)));
+    EXPECT_TRUE(std::isnan(p.eval.round_to_right(NaN)));
+    EXPECT_TRUE(std::isnan(p.eval.round_to_hcentre(NaN)));
+    EXPECT_TRUE(std::isnan(p.eval.round_to_vcentre(NaN)));
+}
+
+TEST(Domain, RejectedWindowsLeaveTheFieldsAndGiveTheReferenceBack) {
+    Probe p;
+    Window const bad[] = {{1, 1, 0, 4, 5, 5},  {0, 4, 0, NaN, 5, 5}, {0, Inf, 0, 4, 5, 5},
+                          {0, 4, 0, 4, 0, 5},  {0, 4, 0, 4, 5, 32768}, {4, 0, 0, 4, 5, 5}};
+    for (Window const &w : bad) {
+        PointerTC<GraphicalDomainC> d = makeDomain(w);
+        EXPECT_FALSE(p.eval.setDomain(d));
+        EXPECT_EQ(d->getReferenceCount(), 1u);
+        EXPECT_EQ(p.eval.xStep, 1.0);
+    }
+    EXPECT_FALSE(p.eval.setDomain(PointerTC<GraphicalDomainC>()));
+    EXPECT_TRUE(makeDomain(Window{0, 1, 0, 1, 32767, 1})->isValid());
+}
+
+// Each row: a call on the 5x5 window and the points it must emit, in order.
+struct Emission {
+    char const *what;
+    void (*call)(ProbeEvalC &, PointerTC<GraphDataSetWinC>);
+    std::vector<XY> expected;
+};
+
+void PrintTo(Emission const &e, std::ostream *os) { *os << e.what; }
+
+class Emit : public ::testing::TestWithParam<Emission> {};
+
+TEST_P(Emit, FiveByFive) {
+    Probe p;
+    GetParam().call(p.eval, p.set);
+    std::vector<Pt> pts = points(p.set);
+    EXPECT_EQ(xys(pts), GetParam().expected) << GetParam().what;
+    for (Pt const &q : pts) EXPECT_EQ(q.m, 0u);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Spans, Emit,
+    ::testing::Values(
+        Emission{"rising span: start row then end row",
+                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.appendPixelPoints(2.0, 0.2, 3.1, s); },
+                 {{2, 4}, {2, 1}}},
+        Emission{"prepended span lands end first",
+                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.prependPixelPoints(2.0, 0.2, 3.1, s); },
+                 {{2, 1}, {2, 4}}},
+        Emission{"clamped to the outermost row centres",
+                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.appendPixelPoints(1.0, -3, 9, s); },
+                 {{1, 4}, {1, 0}}},
+        Emission{"falling span clamped from the top",
+                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.appendPixelPoints(3.0, 9, 2.2, s); },
+                 {{3, 0}, {3, 2}}},
+        Emission{"wholly below",
+                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.appendPixelPoints(1.0, -3, -1, s); }, {}},
+        Emission{"wholly above",
+                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.appendPixelPoints(1.0, 5, 6, s); }, {}},
+        Emission{"NaN end with the start below is dropped",
+                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.appendPixelPoints(1.0, -3, NaN, s); }, {}},
+        Emission{"one row, one point",
+                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.appendPixelPoints(0.0, 2.1, 2.4, s); },
+                 {{0, 2}}},
+        Emission{"single point",
+                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.appendPixelPoint(3.0, 2.0, s); }, {{3, 2}}},
+        Emission{"swapped span clamps to the edges: column 5 is one past the grid",
+                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.appendPixelPointsXYSwapped(2.0, -9, 9, s); },
+                 {{0, 2}, {5, 2}}},
+        Emission{"swapped falling span",
+                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.appendPixelPointsXYSwapped(1.0, 3.2, 0.9, s); },
+                 {{3, 3}, {1, 3}}},
+        Emission{"swapped prepend",
+                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.prependPixelPointsXYSwapped(1.0, 0.9, 3.2, s); },
+                 {{3, 3}, {1, 3}}},
+        Emission{"swapped span wholly right",
+                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.appendPixelPointsXYSwapped(1.0, 5, 7, s); }, {}},
+        Emission{"constant line: one point per column",
+                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.calculateConstant(1.0, s); },
+                 {{0, 3}, {1, 3}, {2, 3}, {3, 3}, {4, 3}}},
+        Emission{"constant exactly on the top edge: row -1 kept to 16 bits",
+                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.calculateConstant(4.5, s); },
+                 {{0, 65535}, {1, 65535}, {2, 65535}, {3, 65535}, {4, 65535}}},
+        Emission{"constant on the bottom edge",
+                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.calculateConstant(-0.5, s); },
+                 {{0, 4}, {1, 4}, {2, 4}, {3, 4}, {4, 4}}},
+        Emission{"constant above the window",
+                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.calculateConstant(4.6, s); }, {}},
+        Emission{"constant NaN", [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.calculateConstant(NaN, s); },
+                 {}}));
+
+TEST(Emit, MarkersAreOredIntoExistingBits) {
+    unsigned char m = PixelPointC::LAST_VISIBLE;
+    ProbeEvalC::addStartMarker(&m);
+    EXPECT_EQ(m, PixelPointC::FIRST_VISIBLE | PixelPointC::LAST_VISIBLE);
+    m = 0x80;
+    ProbeEvalC::addEndMarker(&m);
+    EXPECT_EQ(m, 0x80 | PixelPointC::LAST_VISIBLE);
+}
+
+TEST(Emit, ExtremeSpansEndAndStayBounded) {
+    // Windows a few ulps tall and wild values must finish with at most two
+    // points per span.
+    Window const windows[] = {{0, 4, 1.0, std::nextafter(1.0, 2.0), 5, 32767}, {-1e308, 1e308, -1e308, 1e308, 7, 9},
+                              {0, 1e-300, 0, 1e-300, 32767, 32767}, {0, 4, 0, 4, 1, 1}};
+    double const values[] = {0, NaN, Inf, -Inf, 1e300, -1e300, 1e-300, 3.5};
+    for (Window const &w : windows) {
+        Probe p(w);
+        for (double x : values)
+            for (double y1 : values)
+                for (double y2 : values) {
+                    PointerTC<GraphDataSetWinC> s(new GraphDataSetWinC(0, 0, makeDomain(w)));
+                    p.eval.appendPixelPoints(x, y1, y2, s);
+                    p.eval.prependPixelPointsXYSwapped(x, y1, y2, s);
+                    EXPECT_LE(s->getCount(), 4u);
+                }
+    }
+}
+
+TEST(Driver, InvalidWindowOrOtherRelationGivesAnEmptySet) {
+    ProbeEvalC eval;
+    CartesianRelationServiceC line(new qelt::mathapp::rel::LinearFunction1C(1, 0, 0));
+    CartesianRelationServiceC circle(new qelt::mathapp::rel::CircleC(0, 0, 1));
+
+    PointerTC<GraphDataSetWinC> s = eval.evaluateGraph(line, makeDomain(Window{0, 0, 0, 1, 5, 5}));
+    ASSERT_TRUE(s);
+    EXPECT_EQ(s->getCount(), 0u);
+    s = eval.evaluateGraph(line, PointerTC<GraphicalDomainC>());
+    ASSERT_TRUE(s);
+    s = eval.evaluateGraph(circle, makeDomain(five));
+    ASSERT_TRUE(s);
+    EXPECT_EQ(eval.calculations, 0);
+
+    s = eval.evaluateGraph(line, makeDomain(five));
+    EXPECT_EQ(eval.calculations, 1);
+    EXPECT_EQ(static_cast<void *>(eval.lastRelation), line.lookUpBase(qelt::mathapp::rel::RelationC::getCastableId()));
+}
+
+TEST(Driver, ReferencesAreGivenBack) {
+    ProbeEvalC eval;
+    CartesianRelationServiceC line(new qelt::mathapp::rel::LinearFunction1C(1, 0, 0));
+    PointerTC<GraphicalDomainC> domain = makeDomain(five);
+    PointerTC<GraphDataSetWinC> s = eval.evaluateGraph(line, domain);
+    // The caller holds the only reference to the set; the set holds one to its
+    // domain, and nothing else kept any.
+    EXPECT_EQ(s->getReferenceCount(), 1u);
+    EXPECT_EQ(domain->getReferenceCount(), 2u);
+    EXPECT_GE(eval.setCountDuringCalculation, 2u);
+    s.reset();
+    EXPECT_EQ(domain->getReferenceCount(), 1u);
+    EXPECT_TRUE(eval.setDomain(domain));
+    EXPECT_EQ(domain->getReferenceCount(), 1u);
+}
+
+TEST(Driver, CopiesCarryTheWholeStateIncludingTheCount) {
+    ProbeEvalC eval;
+    eval.reference();
+    eval.setDomain(makeDomain(five));
+    ProbeEvalC copy(eval);
+    EXPECT_EQ(copy.getReferenceCount(), 1u);
+    EXPECT_EQ(copy.rightEdge, 4.5);
+    ProbeEvalC assigned;
+    assigned = eval;
+    EXPECT_EQ(assigned.getReferenceCount(), 1u);
+    EXPECT_EQ(assigned.topEdge, 4.5);
+}
+
+} // namespace
