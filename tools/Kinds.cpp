@@ -1,0 +1,216 @@
+#include "Kinds.h"
+
+#include <cfloat>
+#include <set>
+#include <sstream>
+
+#include "collab/esb/CartesianRelationServiceC.h"
+#include "collab/rel/QuadraticFunctionC.h"
+#include "Errors.h"
+#include "evalg/QuadraticFunctionEvalC.h"
+#include "Numbers.h"
+
+namespace evalgtool {
+
+namespace ds = qelt::mathapp::ds;
+namespace esb = qelt::mathapp::esb;
+namespace evalg = qelt::mathapp::evalg;
+namespace rel = qelt::mathapp::rel;
+using qelt::oss::PointerTC;
+using RelationP = PointerTC<rel::RelationC>;
+
+double Arguments::number(std::string const &name) const {
+    auto it = numbers.find(name);
+    return it == numbers.end() ? 0.0 : it->second;
+}
+
+std::string const &Arguments::text(std::string const &name) const {
+    static std::string const none;
+    auto it = texts.find(name);
+    return it == texts.end() ? none : it->second;
+}
+
+namespace {
+
+ParamSpec number(std::string name, double def, std::string meaning) {
+    return ParamSpec{std::move(name), ParamType::Number, def, "", std::move(meaning), -DBL_MAX, DBL_MAX};
+}
+
+[[maybe_unused]] ParamSpec integer(std::string name, double def, double lo, double hi, std::string meaning) {
+    return ParamSpec{std::move(name), ParamType::Integer, def, "", std::move(meaning), lo, hi};
+}
+
+// Draws with a closed-form evaluator: the visible stretches follow its markers.
+template <class EvaluatorT>
+Drawing drawPath(RelationP relation, Window const &w, std::string const &evaluatorName) {
+    esb::CartesianRelationServiceC service(relation);
+    EvaluatorT evaluator;
+    Drawing d;
+    d.evaluator = evaluatorName;
+    d.points = pixelPoints(evaluator.evaluateGraph(service, makeDomain(w)));
+    d.strokes = visibleStretches(d.points, w, false);
+    return d;
+}
+
+// A kind drawn by one closed-form evaluator from one relation class.
+template <class EvaluatorT>
+KindSpec graphKind(std::string name, std::string curve, std::vector<ParamSpec> params, std::string evaluatorName,
+                   std::function<rel::RelationC *(Arguments const &)> build, std::string gallery) {
+    KindSpec k;
+    k.name = std::move(name);
+    k.curve = std::move(curve);
+    k.params = std::move(params);
+    k.evaluator = evaluatorName;
+    k.relation = [build](Arguments const &a) { return RelationP(build(a)); };
+    k.draw = [build, evaluatorName](Arguments const &a, Window const &w) {
+        return drawPath<EvaluatorT>(RelationP(build(a)), w, evaluatorName);
+    };
+    k.galleryArguments = std::move(gallery);
+    return k;
+}
+
+std::vector<KindSpec> makeKinds() {
+    ParamSpec const a1 = number("a", 1, "leading coefficient");
+    ParamSpec const h0 = number("h", 0, "x of the vertex");
+    ParamSpec const k0 = number("k", 0, "y of the vertex");
+    std::vector<KindSpec> table;
+    table.push_back(graphKind<evalg::QuadraticFunctionEvalC>(
+        "quadratic", "y = a(x - h)^2 + k", {a1, h0, k0}, "QuadraticFunctionEvalC",
+        [](Arguments const &a) { return new rel::QuadraticFunctionC(a.number("a"), a.number("h"), a.number("k")); },
+        "a=0.25 h=1 k=-4"));
+    return table;
+}
+
+std::string joinNames(std::vector<ParamSpec> const &params) {
+    std::string out;
+    for (ParamSpec const &p : params) out += (out.empty() ? "" : ", ") + p.name;
+    return out;
+}
+
+std::string formatDefault(ParamSpec const &p) {
+    return p.type == ParamType::Text ? "\"" + p.text + "\"" : formatNumber(p.number);
+}
+
+} // namespace
+
+std::vector<KindSpec> const &kinds() {
+    static std::vector<KindSpec> const table = makeKinds();
+    return table;
+}
+
+KindSpec const *findKind(std::string const &name) {
+    for (KindSpec const &k : kinds())
+        if (k.name == name) return &k;
+    return nullptr;
+}
+
+std::string kindNames() {
+    std::string out;
+    for (KindSpec const &k : kinds()) out += (out.empty() ? "" : ", ") + k.name;
+    return out;
+}
+
+RelationSpec parseRelation(std::vector<std::string> const &words) {
+    if (words.empty()) throw UsageError("a relation needs a KIND; kinds: " + kindNames());
+    RelationSpec spec;
+    spec.kind = findKind(words[0]);
+    if (!spec.kind) throw UsageError("unknown kind '" + words[0] + "'; kinds: " + kindNames());
+    spec.drawnKind = spec.kind;
+    std::string const &kindName = spec.kind->name;
+
+    // Split NAME=VALUE words first, so a wrapping kind can see its "of".
+    std::vector<std::pair<std::string, std::string>> given;
+    std::set<std::string> seen;
+    for (std::size_t i = 1; i < words.size(); ++i) {
+        std::size_t eq = words[i].find('=');
+        if (eq == std::string::npos || eq == 0)
+            throw UsageError(kindName + ": '" + words[i] + "' is not of the form NAME=VALUE");
+        std::string name = words[i].substr(0, eq);
+        if (!seen.insert(name).second) throw UsageError(kindName + ": parameter '" + name + "' is given twice");
+        given.emplace_back(name, words[i].substr(eq + 1));
+    }
+
+    std::vector<ParamSpec> accepted = spec.kind->params;
+    if (spec.kind->wrapsKind) {
+        std::string of;
+        for (auto const &g : given)
+            if (g.first == "of") of = g.second;
+        if (of.empty()) of = spec.kind->params.front().text;
+        KindSpec const *inner = findKind(of);
+        if (!inner || inner->wrapsKind || !inner->relation) {
+            std::string drawable;
+            for (KindSpec const &k : kinds())
+                if (!k.wrapsKind && k.relation) drawable += (drawable.empty() ? "" : ", ") + k.name;
+            throw UsageError(kindName + ": of='" + of + "' is not a kind it can draw; of= takes " + drawable);
+        }
+        spec.drawnKind = inner;
+        accepted.insert(accepted.end(), inner->params.begin(), inner->params.end());
+    }
+
+    for (ParamSpec const &p : accepted) {
+        if (p.type == ParamType::Text)
+            spec.args.texts[p.name] = p.text;
+        else
+            spec.args.numbers[p.name] = p.number;
+    }
+    for (auto const &g : given) {
+        ParamSpec const *p = nullptr;
+        for (ParamSpec const &candidate : accepted)
+            if (candidate.name == g.first) p = &candidate;
+        if (!p)
+            throw UsageError(kindName + ": unknown parameter '" + g.first + "'; its parameters are " +
+                             joinNames(accepted));
+        std::string what = kindName + " " + p->name;
+        if (p->type == ParamType::Text) {
+            spec.args.texts[p->name] = g.second;
+        } else if (p->type == ParamType::Integer) {
+            spec.args.numbers[p->name] =
+                double(parseInteger(g.second, what, static_cast<long long>(p->lo), static_cast<long long>(p->hi)));
+        } else {
+            double v = parseNumber(g.second, what);
+            if (v < p->lo || v > p->hi)
+                throw UsageError(what + ": " + g.second + " is out of range; it must be from " +
+                                 formatNumber(p->lo) + " to " + formatNumber(p->hi));
+            spec.args.numbers[p->name] = v;
+        }
+        spec.args.given_[p->name] = true;
+    }
+
+    spec.label = words[0];
+    for (std::size_t i = 1; i < words.size(); ++i) spec.label += " " + words[i];
+    return spec;
+}
+
+Curve drawRelation(RelationSpec const &spec, Window const &w) {
+    Curve c;
+    c.label = spec.label;
+    c.kind = spec.kind->name;
+    std::vector<ParamSpec> params = spec.kind->params;
+    if (spec.drawnKind != spec.kind)
+        params.insert(params.end(), spec.drawnKind->params.begin(), spec.drawnKind->params.end());
+    for (ParamSpec const &p : params) {
+        if (p.type == ParamType::Text)
+            c.parameters.push_back(ParamValue{p.name, ParamValue::Text, 0.0, spec.args.text(p.name)});
+        else
+            c.parameters.push_back(ParamValue{p.name, p.type == ParamType::Integer ? ParamValue::Integer
+                                                                                   : ParamValue::Number,
+                                              spec.args.number(p.name), ""});
+    }
+    c.drawing = spec.kind->draw(spec.args, w);
+    return c;
+}
+
+std::string kindsHelp() {
+    std::ostringstream out;
+    out << "Kinds and their parameters (defaults shown):\n";
+    for (KindSpec const &k : kinds()) {
+        std::string params;
+        for (ParamSpec const &p : k.params) params += " " + p.name + "=" + formatDefault(p);
+        if (k.wrapsKind) params += " ...";
+        out << "  " << k.name << std::string(k.name.size() < 11 ? 11 - k.name.size() : 1, ' ') << k.curve << "\n"
+            << "             " << params << "   (" << k.evaluator << ")\n";
+    }
+    return out.str();
+}
+
+} // namespace evalgtool
