@@ -1,0 +1,118 @@
+#include "ToolRun.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <dirent.h>
+#include <fcntl.h>
+#include <fstream>
+#include <png.h>
+#include <sstream>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "collab/ds/PixelPointC.h"
+
+namespace tooltest {
+
+Folder::Folder() {
+    char name[] = "/tmp/evalg-tool-test-XXXXXX";
+    char *made = ::mkdtemp(name);
+    path_ = made ? made : "";
+}
+
+Folder::~Folder() {
+    if (path_.empty()) return;
+    for (std::string const &e : entries()) ::unlink(file(e).c_str());
+    ::rmdir(path_.c_str());
+}
+
+std::vector<std::string> Folder::entries() const {
+    std::vector<std::string> out;
+    if (DIR *d = ::opendir(path_.c_str())) {
+        while (dirent *e = ::readdir(d))
+            if (std::string(e->d_name) != "." && std::string(e->d_name) != "..") out.push_back(e->d_name);
+        ::closedir(d);
+    }
+    std::sort(out.begin(), out.end());
+    return out;
+}
+
+void Folder::write(std::string const &name, std::string const &content) const {
+    std::ofstream(file(name), std::ios::binary) << content;
+}
+
+std::string Folder::read(std::string const &name) const {
+    std::ifstream in(file(name), std::ios::binary);
+    std::ostringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+Result Folder::evalg(std::vector<std::string> const &args) const {
+    // Standard output and error go to files outside the folder, so they never
+    // count as files the tool wrote.
+    std::string out = path_ + ".out", err = path_ + ".err";
+    pid_t pid = ::fork();
+    if (pid == 0) {
+        std::vector<char *> argv{const_cast<char *>(EVALG_TOOL_PATH)};
+        for (std::string const &a : args) argv.push_back(const_cast<char *>(a.c_str()));
+        argv.push_back(nullptr);
+        int o = ::open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        int e = ::open(err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        if (o < 0 || e < 0 || ::chdir(path_.c_str()) != 0) ::_exit(127);
+        ::dup2(o, 1);
+        ::dup2(e, 2);
+        ::execv(argv[0], argv.data());
+        ::_exit(127);
+    }
+    int status = 0;
+    ::waitpid(pid, &status, 0);
+    Result r{WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), "", ""};
+    std::ifstream o(out, std::ios::binary), e(err, std::ios::binary);
+    std::ostringstream os, es;
+    os << o.rdbuf();
+    es << e.rdbuf();
+    r.out = os.str();
+    r.err = es.str();
+    ::unlink(out.c_str());
+    ::unlink(err.c_str());
+    return r;
+}
+
+Png readPng(std::string const &path) {
+    Png out;
+    png_image image{};
+    image.version = PNG_IMAGE_VERSION;
+    if (!png_image_begin_read_from_file(&image, path.c_str())) return out;
+    image.format = PNG_FORMAT_RGB;
+    std::vector<Rgb> pixels(std::size_t(image.width) * image.height);
+    if (!png_image_finish_read(&image, nullptr, pixels.data(), 0, nullptr)) return out;
+    out.width = image.width;
+    out.height = image.height;
+    out.pixels = std::move(pixels);
+    return out;
+}
+
+nlohmann::json pointsJson(qelt::oss::PointerTC<qelt::mathapp::ds::GraphDataSetWinC> const &set) {
+    nlohmann::json out = nlohmann::json::array();
+    unsigned int count = 0;
+    POINT const *p = set->getPixelPoints(count);
+    unsigned char const *m = set->getPixelMarkers(count);
+    for (unsigned int i = 0; i < count; ++i) out.push_back({p[i].x, p[i].y, m[i]});
+    return out;
+}
+
+std::vector<nlohmann::json> stretches(nlohmann::json const &points) {
+    using qelt::mathapp::ds::PixelPointC;
+    std::vector<nlohmann::json> out;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        int m = points[i][2];
+        bool breakBefore = i == 0 || (m & PixelPointC::FIRST_VISIBLE) ||
+                           (int(points[i - 1][2]) & PixelPointC::LAST_VISIBLE);
+        if (breakBefore) out.push_back(nlohmann::json::array());
+        out.back().push_back(points[i]);
+    }
+    return out;
+}
+
+} // namespace tooltest

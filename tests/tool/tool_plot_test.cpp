@@ -1,0 +1,253 @@
+// evalg plot, end to end: every format against what the library returns for
+// the same relation and window.
+#include <cstdio>
+#include <functional>
+#include <gtest/gtest.h>
+#include <regex>
+#include <sstream>
+
+#include "collab/esb/CartesianRelationServiceC.h"
+#include "collab/rel/QuadraticFunctionC.h"
+#include "evalg/QuadraticFunctionEvalC.h"
+#include "ToolRun.h"
+
+namespace {
+
+using namespace tooltest;
+using nlohmann::json;
+using qelt::oss::PointerTC;
+namespace ds = qelt::mathapp::ds;
+namespace rel = qelt::mathapp::rel;
+namespace evalg = qelt::mathapp::evalg;
+using SetP = PointerTC<ds::GraphDataSetWinC>;
+using DomainP = PointerTC<ds::GraphicalDomainC>;
+
+struct Win {
+    double xMin, xMax, yMin, yMax;
+    int m, n;
+};
+Win const handheld{-8, 8, -5, 5, 161, 101};
+
+std::string num(double v) {
+    char b[32];
+    std::snprintf(b, sizeof b, "%.17g", v);
+    return b;
+}
+
+std::vector<std::string> windowArgs(Win const &w) {
+    return {"--window=" + num(w.xMin) + "," + num(w.xMax) + "," + num(w.yMin) + "," + num(w.yMax),
+            "--size=" + std::to_string(w.m) + "x" + std::to_string(w.n)};
+}
+
+// The library's own drawing of one relation.
+using Library = std::function<SetP(DomainP)>;
+template <class EvaluatorT>
+Library drawnBy(rel::RelationC *relation) {
+    PointerTC<rel::RelationC> r(relation);
+    return [r](DomainP domain) {
+        qelt::mathapp::esb::CartesianRelationServiceC service(r);
+        EvaluatorT evaluator;
+        return evaluator.evaluateGraph(service, domain);
+    };
+}
+
+struct PlotCase {
+    char const *name;
+    std::vector<std::string> relation;
+    Win window;
+    char const *evaluator;
+    Library library;
+};
+
+std::vector<PlotCase> plotCases() {
+    using Q = evalg::QuadraticFunctionEvalC;
+    return {
+        {"quadratic with defaults", {"quadratic"}, handheld, "QuadraticFunctionEvalC",
+         drawnBy<Q>(new rel::QuadraticFunctionC(1, 0, 0))},
+        {"quadratic vertex below", {"quadratic", "a=0.25", "h=1", "k=-7"}, handheld, "QuadraticFunctionEvalC",
+         drawnBy<Q>(new rel::QuadraticFunctionC(0.25, 1, -7))},
+        {"quadratic flat", {"quadratic", "a=0", "k=2.5"}, handheld, "QuadraticFunctionEvalC",
+         drawnBy<Q>(new rel::QuadraticFunctionC(0, 0, 2.5))},
+        {"quadratic small window", {"quadratic", "a=-3", "h=0.3", "k=1"}, {-1, 1, -2, 2.5, 41, 31},
+         "QuadraticFunctionEvalC", drawnBy<Q>(new rel::QuadraticFunctionC(-3, 0.3, 1))},
+    };
+}
+
+void PrintTo(PlotCase const &c, std::ostream *os) { *os << c.name; }
+
+json libraryPoints(PlotCase const &c) {
+    Win const &w = c.window;
+    return pointsJson(c.library(DomainP(new ds::GraphicalDomainC(w.xMin, w.xMax, w.yMin, w.yMax, w.m, w.n))));
+}
+
+std::vector<std::string> plotArgs(PlotCase const &c, std::vector<std::string> const &extra) {
+    std::vector<std::string> args{"plot"};
+    args.insert(args.end(), c.relation.begin(), c.relation.end());
+    for (std::string const &a : windowArgs(c.window)) args.push_back(a);
+    args.insert(args.end(), extra.begin(), extra.end());
+    return args;
+}
+
+bool isCurve(Rgb p) { return !(p.r == p.g && p.g == p.b); } // background, grid and axes are grey
+
+bool inGrid(json const &p, Win const &w) { return p[0] >= 0 && p[0] < w.m && p[1] >= 0 && p[1] < w.n; }
+
+class PlotFormats : public ::testing::TestWithParam<PlotCase> {};
+
+TEST_P(PlotFormats, JsonIsTheLibrarysOutput) {
+    PlotCase const &c = GetParam();
+    Folder f;
+    Result r = f.evalg(plotArgs(c, {"-o", "out.json"}));
+    ASSERT_EQ(r.status, 0) << r.err;
+    json out = json::parse(f.read("out.json"));
+    EXPECT_EQ(out["window"]["columns"], c.window.m);
+    EXPECT_EQ(out["window"]["rows"], c.window.n);
+    EXPECT_EQ(double(out["window"]["xmin"]), c.window.xMin);
+    ASSERT_EQ(out["relations"].size(), 1u);
+    EXPECT_EQ(out["relations"][0]["evaluator"], c.evaluator);
+    EXPECT_EQ(out["relations"][0]["points"], libraryPoints(c));
+}
+
+TEST_P(PlotFormats, CsvListsTheSamePoints) {
+    PlotCase const &c = GetParam();
+    Folder f;
+    ASSERT_EQ(f.evalg(plotArgs(c, {"-o", "out.csv"})).status, 0);
+    std::istringstream lines(f.read("out.csv"));
+    std::string line;
+    std::getline(lines, line); // header
+    json expected = libraryPoints(c);
+    std::size_t i = 0;
+    for (; std::getline(lines, line); ++i) {
+        ASSERT_LT(i, expected.size());
+        int rel, point, column, row, markers;
+        char kind[32];
+        ASSERT_EQ(std::sscanf(line.c_str(), "%d,%31[^,],%d,%d,%d,%d", &rel, kind, &point, &column, &row, &markers), 6);
+        EXPECT_EQ(json({column, row, markers}), expected[i]) << line;
+    }
+    EXPECT_EQ(i, expected.size());
+}
+
+TEST_P(PlotFormats, PngHasCurvePixelsWhereTheJsonSaysAndNowhereElse) {
+    PlotCase const &c = GetParam();
+    unsigned const scale = 3;
+    Folder f;
+    ASSERT_EQ(f.evalg(plotArgs(c, {"-o", "out.png", "--scale", std::to_string(scale)})).status, 0);
+    Png png = readPng(f.file("out.png"));
+    ASSERT_EQ(png.width, unsigned(c.window.m) * scale);
+    ASSERT_EQ(png.height, unsigned(c.window.n) * scale);
+    // Nearest-neighbour scaling: every scale x scale block is one colour.
+    for (unsigned y = 0; y < png.height; ++y)
+        for (unsigned x = 0; x < png.width; ++x)
+            ASSERT_EQ(png.at(x, y), png.at(x - x % scale, y - y % scale)) << x << "," << y;
+    json points = libraryPoints(c);
+    for (json const &p : points) {
+        if (!inGrid(p, c.window)) continue;
+        EXPECT_TRUE(isCurve(png.at(p[0].get<unsigned>() * scale, p[1].get<unsigned>() * scale))) << p;
+    }
+    // Any curve pixel lies between two consecutive points of one stretch.
+    std::vector<json> runs = stretches(points);
+    for (unsigned y = 0; y < unsigned(c.window.n); ++y)
+        for (unsigned x = 0; x < unsigned(c.window.m); ++x) {
+            if (!isCurve(png.at(x * scale, y * scale))) continue;
+            bool covered = false;
+            for (json const &run : runs)
+                for (std::size_t i = 0; i < run.size() && !covered; ++i) {
+                    json const &a = run[i], &b = run[i + 1 < run.size() ? i + 1 : i];
+                    covered = int(x) >= std::min(a[0], b[0]) && int(x) <= std::max(a[0], b[0]) &&
+                              int(y) >= std::min(a[1], b[1]) && int(y) <= std::max(a[1], b[1]);
+                }
+            EXPECT_TRUE(covered) << "curve colour at " << x << "," << y;
+        }
+}
+
+TEST_P(PlotFormats, SvgHasOnePolylinePerStretch) {
+    PlotCase const &c = GetParam();
+    Folder f;
+    ASSERT_EQ(f.evalg(plotArgs(c, {"-o", "out.svg"})).status, 0);
+    std::string svg = f.read("out.svg");
+    std::vector<json> expected = stretches(libraryPoints(c));
+    std::regex polyline("<polyline points=\"([^\"]*)\"");
+    std::size_t i = 0;
+    for (std::sregex_iterator it(svg.begin(), svg.end(), polyline), end; it != end; ++it, ++i) {
+        ASSERT_LT(i, expected.size());
+        std::istringstream coords((*it)[1].str());
+        json got = json::array();
+        double x, y;
+        char comma;
+        while (coords >> x >> comma >> y) got.push_back({x - 0.5, y - 0.5});
+        json want = json::array();
+        for (json const &p : expected[i]) want.push_back({double(p[0]), double(p[1])});
+        if (want.size() == 1) want.push_back(want[0]); // a lone point is drawn as a zero-length line
+        EXPECT_EQ(got, want) << "stretch " << i;
+    }
+    EXPECT_EQ(i, expected.size());
+}
+
+TEST_P(PlotFormats, TextSetsADotAtEveryPoint) {
+    PlotCase const &c = GetParam();
+    Folder f;
+    Result r = f.evalg(plotArgs(c, {}));
+    ASSERT_EQ(r.status, 0) << r.err;
+    std::vector<std::u32string> lines;
+    std::istringstream in(r.out);
+    for (std::string line; std::getline(in, line) && lines.size() < unsigned(c.window.n + 3) / 4;) {
+        std::u32string cells;
+        for (std::size_t i = 0; i + 2 < line.size(); i += 3) // braille is three bytes of UTF-8
+            cells += char32_t(((line[i] & 0x0F) << 12) | ((line[i + 1] & 0x3F) << 6) | (line[i + 2] & 0x3F));
+        ASSERT_EQ(cells.size(), unsigned(c.window.m + 1) / 2) << line;
+        lines.push_back(cells);
+    }
+    ASSERT_EQ(lines.size(), unsigned(c.window.n + 3) / 4);
+    static unsigned const dot[4][2] = {{0x01, 0x08}, {0x02, 0x10}, {0x04, 0x20}, {0x40, 0x80}};
+    for (json const &p : libraryPoints(c)) {
+        if (!inGrid(p, c.window)) continue;
+        int x = p[0], y = p[1];
+        EXPECT_TRUE((lines[y / 4][x / 2] - 0x2800) & dot[y % 4][x % 2]) << p;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Tool, PlotFormats, ::testing::ValuesIn(plotCases()),
+                         [](auto const &info) { return std::regex_replace(info.param.name, std::regex(" "), "_"); });
+
+TEST(PlotTool, AndDrawsEachRelationInItsOwnColour) {
+    Folder f;
+    std::vector<std::string> common{"plot", "quadratic", "a=0.5", "k=-4", "--and", "quadratic", "a=-0.5", "k=4"};
+    std::vector<std::string> json_args = common, png_args = common;
+    json_args.insert(json_args.end(), {"-o", "two.json"});
+    png_args.insert(png_args.end(), {"-o", "two.png", "--scale=1"});
+    ASSERT_EQ(f.evalg(json_args).status, 0);
+    ASSERT_EQ(f.evalg(png_args).status, 0);
+    json out = json::parse(f.read("two.json"));
+    ASSERT_EQ(out["relations"].size(), 2u);
+    EXPECT_EQ(out["relations"][0]["points"],
+              pointsJson(drawnBy<evalg::QuadraticFunctionEvalC>(new rel::QuadraticFunctionC(0.5, 0, -4))(
+                  DomainP(new ds::GraphicalDomainC(-8, 8, -5, 5, 161, 101)))));
+    EXPECT_EQ(out["relations"][1]["parameters"], json({{"a", -0.5}, {"h", 0.0}, {"k", 4.0}}));
+    Png png = readPng(f.file("two.png"));
+    ASSERT_EQ(png.width, 161u);
+    Rgb first = png.at(out["relations"][0]["points"][0][0], out["relations"][0]["points"][0][1]);
+    Rgb second = png.at(out["relations"][1]["points"][0][0], out["relations"][1]["points"][0][1]);
+    EXPECT_TRUE(isCurve(first) && isCurve(second));
+    EXPECT_FALSE(first == second);
+}
+
+TEST(PlotTool, NoAxesLeavesOnlyBackgroundAndCurve) {
+    Folder f;
+    for (bool axes : {true, false}) {
+        std::vector<std::string> args{"plot", "quadratic", "k=-3", "-o", "q.png", "--scale", "1"};
+        if (!axes) args.push_back("--no-axes");
+        ASSERT_EQ(f.evalg(args).status, 0);
+        Png png = readPng(f.file("q.png"));
+        // Column 80 is x = 0, row 50 is y = 0, column and row 0 the grid lines
+        // at -8 and 5; (5, 5) lies between grid lines, far from the curve.
+        Rgb blank = png.at(5, 5);
+        EXPECT_EQ(blank, (Rgb{255, 255, 255}));
+        for (Rgb onGrid : {png.at(80, 5), png.at(5, 50), png.at(0, 5), png.at(5, 0)})
+            EXPECT_EQ(onGrid == blank, !axes);
+        if (axes) {
+            EXPECT_FALSE(png.at(80, 5) == png.at(0, 5)) << "the axis is darker than the grid";
+        }
+    }
+}
+
+} // namespace
