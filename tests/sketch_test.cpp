@@ -48,8 +48,8 @@ TEST(SketchEval, CreateSketchMarksAxesAndTurns) {
         {"constant height: no turn", {{1, 2}, {2, 2}, {3, 2}}, {{1, 2, 0}, {2, 2, 0}, {3, 2, 0}}},
         {"one-sided axis marks, left and bottom kept", {{0, 4}, {-2, 6}, {1, 0}},
          {{0, 0, Xi | Yi}, {-2, -2, Xi | Yi | T}, {1, 4, 0}}},
-        {"right and top skipped, turn seen across them", {{1, 3}, {2, 2}, {5, 0}, {2, -1}, {4, 0}, {3, 3}},
-         {{1, 1, 0}, {2, 2, 0}, {4, 4, T}, {3, 1, 0}}},
+        {"right and top skipped, turn seen across them", {{1, 3}, {2, 2}, {5, 0}, {2, -1}, {3, 3}, {4, 0}},
+         {{1, 1, 0}, {2, 2, T}, {3, 1, T}, {4, 4, 0}}},
         {"empty path", {}, {}},
     };
     for (Case const &c : cases) {
