@@ -11,9 +11,13 @@ namespace mathapp {
 namespace evalg {
 
 double const CartesianRelationTableEvalC::zero_value = 0.0;
-// The NaN the arithmetic produces, not a library constant: its bits are the
-// processor's default NaN.
-double const CartesianRelationTableEvalC::nan_value = zero_value / zero_value;
+// The NaN the processor's division produces, not a library constant. Read
+// through a volatile so that it is divided when the library is loaded: a
+// compiler folding 0/0 may pick other NaN bits than the processor does.
+double const CartesianRelationTableEvalC::nan_value = [] {
+    double volatile zero = zero_value;
+    return zero / zero;
+}();
 
 CartesianRelationTableEvalC::CartesianRelationTableEvalC() {}
 CartesianRelationTableEvalC::CartesianRelationTableEvalC(CartesianRelationTableEvalC const &) = default;

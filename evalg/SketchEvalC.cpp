@@ -42,7 +42,8 @@ oss::PointerTC<ds::GraphDataSetWinC> SketchEvalC::evaluatePixels(esb::SketchServ
         long column = IntegerConversionC::toInt32(std::floor((sketch[i]->getX() - leftEdge) / xStep));
         // From pixelRows, not pixelRows - 1: a point at the centre of row r
         // lands in row r + 1, one below where createSketch took it from. Kept.
-        long row = minus32(pixelRows, IntegerConversionC::toInt32(std::floor((sketch[i]->getY() - bottomEdge) / yStep)));
+        int32_t rowsUp = IntegerConversionC::toInt32(std::floor((sketch[i]->getY() - bottomEdge) / yStep));
+        long row = minus32(pixelRows, rowsUp);
         set->appendPixelPoint(column, row, none);
     }
     return set;
