@@ -50,6 +50,9 @@ TEST(SketchEval, CreateSketchMarksAxesAndTurns) {
         for (FloatPointC const *p : sketch->getValues()) got.push_back({p->getX(), p->getY(), double(p->getMarks())});
         EXPECT_EQ(got, c.expected) << c.name;
     }
+    // A centre exactly half a step from an axis still counts as on it.
+    PointerTC<SketchC> edge(SketchEvalC().createSketch(pixelSet({{0, 4}}, makeDomain({0.5, 4.5, 0.5, 4.5, 5, 5}))));
+    EXPECT_EQ(edge->getValues().at(0)->getMarks(), Xi + Yi);
     EXPECT_EQ(SketchEvalC().createSketch(nullptr), nullptr);
     EXPECT_EQ(SketchEvalC().createSketch(pixelSet({{1, 1}}, makeDomain(Invalid))), nullptr);
 }
