@@ -4,7 +4,8 @@ namespace evalgtool {
 
 namespace {
 
-// Rows of each glyph from ' ' (32) to '~' (126), '#' for a set pixel.
+// The top seven rows of each glyph from ' ' (32) to '~' (126), '#' for a set
+// pixel; the eighth is empty but for the descenders below.
 char const *const glyphs[95][7] = {
     {"     ", "     ", "     ", "     ", "     ", "     ", "     "}, // space
     {"  #  ", "  #  ", "  #  ", "  #  ", "  #  ", "     ", "  #  "}, // !
@@ -103,12 +104,27 @@ char const *const glyphs[95][7] = {
     {"     ", "     ", " #   ", "# # #", "   # ", "     ", "     "}, // ~
 };
 
+// Letters that reach below the baseline, into the eighth row.
+struct Descender {
+    char c;
+    char const *rows[8];
+};
+Descender const descenders[] = {
+    {'g', {"     ", "     ", " ####", "#   #", "#   #", " ####", "    #", " ### "}},
+    {'j', {"   # ", "     ", "  ## ", "   # ", "   # ", "   # ", "#  # ", " ##  "}},
+    {'p', {"     ", "     ", "#### ", "#   #", "#   #", "#### ", "#    ", "#    "}},
+    {'q', {"     ", "     ", " ####", "#   #", "#   #", " ####", "    #", "    #"}},
+    {'y', {"     ", "     ", "#   #", "#   #", "#   #", " ####", "    #", " ### "}},
+};
+
 } // namespace
 
 bool glyphPixel(char c, int x, int y) {
-    int index = (c >= 32 && c <= 126) ? c - 32 : '?' - 32;
     if (x < 0 || x >= glyphWidth || y < 0 || y >= glyphHeight) return false;
-    return glyphs[index][y][x] == '#';
+    for (Descender const &d : descenders)
+        if (d.c == c) return d.rows[y][x] == '#';
+    int index = (c >= 32 && c <= 126) ? c - 32 : '?' - 32;
+    return y < 7 && glyphs[index][y][x] == '#';
 }
 
 } // namespace evalgtool

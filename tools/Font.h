@@ -3,9 +3,10 @@
 
 namespace evalgtool {
 
-// A 5x7 bitmap font for printable ASCII, for the labels of the contact sheet.
+// A 5x8 bitmap font for printable ASCII (capitals seven rows high, the eighth
+// for descenders), for the labels of the contact sheet.
 int const glyphWidth = 5;
-int const glyphHeight = 7;
+int const glyphHeight = 8;
 
 // Whether the glyph of c has its pixel (x, y) set, y = 0 at the top; any
 // character outside printable ASCII shows as '?'.

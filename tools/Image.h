@@ -35,7 +35,7 @@ public:
     // Copies source enlarged by scale (nearest neighbour) with its top left
     // corner at (x, y).
     void paste(Image const &source, int x, int y, int scale);
-    // Draws text in the 5x7 font, each font pixel scale x scale, top left at
+    // Draws text in the 5x8 font, each font pixel scale x scale, top left at
     // (x, y); characters are six font pixels apart.
     void text(int x, int y, std::string const &s, std::uint8_t colour, int scale);
 

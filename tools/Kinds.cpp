@@ -4,11 +4,16 @@
 #include <set>
 #include <sstream>
 
+#include "collab/ds/FloatDataSetC.h"
 #include "collab/esb/CartesianRelationServiceC.h"
 #include "collab/rel/QuadraticFunctionC.h"
+#include "collab/rel/SketchC.h"
 #include "Errors.h"
 #include "evalg/QuadraticFunctionEvalC.h"
+#include "evalg/SketchEvalC.h"
 #include "Numbers.h"
+#include "SampledDrawing.h"
+#include "SketchFile.h"
 
 namespace evalgtool {
 
@@ -34,6 +39,10 @@ namespace {
 
 ParamSpec number(std::string name, double def, std::string meaning) {
     return ParamSpec{std::move(name), ParamType::Number, def, "", std::move(meaning), -DBL_MAX, DBL_MAX};
+}
+
+ParamSpec text(std::string name, std::string def, std::string meaning) {
+    return ParamSpec{std::move(name), ParamType::Text, 0.0, std::move(def), std::move(meaning), 0.0, 0.0};
 }
 
 [[maybe_unused]] ParamSpec integer(std::string name, double def, double lo, double hi, std::string meaning) {
@@ -69,6 +78,49 @@ KindSpec graphKind(std::string name, std::string curve, std::vector<ParamSpec> p
     return k;
 }
 
+// Any other kind's relation, drawn by the general sampled evaluator.
+KindSpec sampledKind() {
+    KindSpec k;
+    k.name = "sampled";
+    k.curve = "the relation of=KIND, sampled column by column";
+    k.params = {text("of", "", "the kind whose relation is sampled"),
+                number("subdivisions", 100, "samples in a column where the branch count jumps")};
+    // The sampled evaluator's refinement loop counts in 16 bits: more
+    // subdivisions than that would never end.
+    k.params[1].lo = 1;
+    k.params[1].hi = 65535;
+    k.evaluator = "GeneralEvalC";
+    k.wrapsKind = true;
+    k.draw = [](Arguments const &a, Window const &w) {
+        return drawSampled(findKind(a.text("of"))->relation(a), a.number("subdivisions"), w);
+    };
+    k.galleryArguments = "of=quadratic a=-0.5 h=-1 k=3";
+    return k;
+}
+
+// A free-hand sketch read from a file, one pixel per point.
+KindSpec sketchKind() {
+    KindSpec k;
+    k.name = "sketch";
+    k.curve = "the points of file=FILE, a JSON or CSV list of x,y";
+    k.params = {text("file", "", "the sketch's points")};
+    k.evaluator = "SketchEvalC";
+    k.draw = [](Arguments const &a, Window const &w) {
+        std::string const &file = a.text("file");
+        if (file.empty()) throw UsageError("sketch: file=FILE is required, a JSON or CSV list of points x,y");
+        PointerTC<ds::FloatDataSetC> points(new ds::FloatDataSetC);
+        for (FilePoint const &p : readPointsFile(file, "x", "y")) points->addPoint(new ds::FloatPointC(p.a, p.b, p.marks));
+        PointerTC<rel::SketchC> sketch(new rel::SketchC(points));
+        Drawing d;
+        d.evaluator = "SketchEvalC";
+        d.points = pixelPoints(qelt::mathapp::evalg::SketchEvalC().evaluatePixels(*sketch, makeDomain(w)));
+        d.strokes = visibleStretches(d.points, w, false);
+        return d;
+    };
+    k.galleryArguments = "file=sketch-points.json";
+    return k;
+}
+
 std::vector<KindSpec> makeKinds() {
     ParamSpec const a1 = number("a", 1, "leading coefficient");
     ParamSpec const h0 = number("h", 0, "x of the vertex");
@@ -78,6 +130,8 @@ std::vector<KindSpec> makeKinds() {
         "quadratic", "y = a(x - h)^2 + k", {a1, h0, k0}, "QuadraticFunctionEvalC",
         [](Arguments const &a) { return new rel::QuadraticFunctionC(a.number("a"), a.number("h"), a.number("k")); },
         "a=0.25 h=1 k=-4"));
+    table.push_back(sampledKind());
+    table.push_back(sketchKind());
     return table;
 }
 
@@ -141,7 +195,8 @@ RelationSpec parseRelation(std::vector<std::string> const &words) {
             std::string drawable;
             for (KindSpec const &k : kinds())
                 if (!k.wrapsKind && k.relation) drawable += (drawable.empty() ? "" : ", ") + k.name;
-            throw UsageError(kindName + ": of='" + of + "' is not a kind it can draw; of= takes " + drawable);
+            throw UsageError(kindName + (of.empty() ? ": of=KIND is required" : ": of='" + of + "' is not a kind it can draw") +
+                             "; of= takes " + drawable);
         }
         spec.drawnKind = inner;
         accepted.insert(accepted.end(), inner->params.begin(), inner->params.end());
@@ -181,21 +236,26 @@ RelationSpec parseRelation(std::vector<std::string> const &words) {
     return spec;
 }
 
+std::vector<ParamValue> parameterValues(RelationSpec const &spec) {
+    std::vector<ParamSpec> params = spec.kind->params;
+    if (spec.drawnKind != spec.kind)
+        params.insert(params.end(), spec.drawnKind->params.begin(), spec.drawnKind->params.end());
+    std::vector<ParamValue> out;
+    for (ParamSpec const &p : params) {
+        if (p.type == ParamType::Text)
+            out.push_back(ParamValue{p.name, ParamValue::Text, 0.0, spec.args.text(p.name)});
+        else
+            out.push_back(ParamValue{p.name, p.type == ParamType::Integer ? ParamValue::Integer : ParamValue::Number,
+                                     spec.args.number(p.name), ""});
+    }
+    return out;
+}
+
 Curve drawRelation(RelationSpec const &spec, Window const &w) {
     Curve c;
     c.label = spec.label;
     c.kind = spec.kind->name;
-    std::vector<ParamSpec> params = spec.kind->params;
-    if (spec.drawnKind != spec.kind)
-        params.insert(params.end(), spec.drawnKind->params.begin(), spec.drawnKind->params.end());
-    for (ParamSpec const &p : params) {
-        if (p.type == ParamType::Text)
-            c.parameters.push_back(ParamValue{p.name, ParamValue::Text, 0.0, spec.args.text(p.name)});
-        else
-            c.parameters.push_back(ParamValue{p.name, p.type == ParamType::Integer ? ParamValue::Integer
-                                                                                   : ParamValue::Number,
-                                              spec.args.number(p.name), ""});
-    }
+    c.parameters = parameterValues(spec);
     c.drawing = spec.kind->draw(spec.args, w);
     return c;
 }

@@ -71,6 +71,9 @@ struct RelationSpec {
 // value) and fills in the defaults; throws UsageError.
 RelationSpec parseRelation(std::vector<std::string> const &words);
 
+// Every parameter of the relation, given or defaulted, in declaration order.
+std::vector<ParamValue> parameterValues(RelationSpec const &spec);
+
 // The relation's drawing on the window, with what names it.
 Curve drawRelation(RelationSpec const &spec, Window const &w);
 

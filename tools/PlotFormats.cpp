@@ -17,9 +17,11 @@ using Json = nlohmann::ordered_json;
 
 namespace {
 
-Json parametersJson(Curve const &c) {
+} // namespace
+
+Json parametersJson(std::vector<ParamValue> const &parameters) {
     Json out = Json::object();
-    for (ParamValue const &p : c.parameters) {
+    for (ParamValue const &p : parameters) {
         if (p.type == ParamValue::Text)
             out[p.name] = p.text;
         else if (p.type == ParamValue::Integer)
@@ -29,6 +31,8 @@ Json parametersJson(Curve const &c) {
     }
     return out;
 }
+
+namespace {
 
 std::string xmlEscape(std::string const &s) {
     std::string out;
@@ -85,7 +89,7 @@ std::string plotJson(Picture const &picture) {
         for (PixelPoint const &p : c.drawing.points) points.push_back({p.column, p.row, p.markers});
         out["relations"].push_back({{"label", c.label},
                                     {"kind", c.kind},
-                                    {"parameters", parametersJson(c)},
+                                    {"parameters", parametersJson(c.parameters)},
                                     {"evaluator", c.drawing.evaluator},
                                     {"points", points}});
     }

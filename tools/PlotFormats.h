@@ -1,11 +1,15 @@
 #ifndef EVALG_TOOL_PLOTFORMATS_H
 #define EVALG_TOOL_PLOTFORMATS_H
 
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "Picture.h"
 
 namespace evalgtool {
+
+// The parameters as one JSON object, numbers as numbers.
+nlohmann::ordered_json parametersJson(std::vector<ParamValue> const &parameters);
 
 // The window and, for each relation, its evaluator and every pixel point
 // with its marker bits, exactly as the library returned them.

@@ -59,6 +59,31 @@ int main(int argc, char **argv) {
     plotCommand->add_flag("--no-axes", plot.noAxes, "leave out the axes and the grid");
     plotCommand->footer(kindsHelp());
 
+    TableOptions table;
+    CLI::App *tableCommand = app.add_subcommand("table", "Tabulate a relation's y values at a list of x values");
+    tableCommand->add_option("relation", table.relation, "KIND NAME=VALUE...: the relation, as for plot")->required();
+    tableCommand->add_option("--x", table.xs, "X1,X2,...: the x values");
+    tableCommand->add_option("--from", table.from, "A: the first x of a range");
+    tableCommand->add_option("--to", table.to, "B: the last x of a range");
+    tableCommand->add_option("--step", table.step, "S: the range's step, above 0");
+    tableCommand->add_option("-o,--output", table.output, "FILE: where to write; the terminal when absent");
+    tableCommand->add_option("--format", table.format, "text|csv|json; else from the file's extension");
+    tableCommand->footer("A missing y is blank in text and CSV and null in JSON. Kinds as for plot.");
+
+    SketchOptions toPixels, fromPixels;
+    CLI::App *sketchCommand = app.add_subcommand("sketch", "Turn a sketch into pixels or pixels into a sketch");
+    sketchCommand->require_subcommand(1);
+    CLI::App *toPixelsCommand =
+        sketchCommand->add_subcommand("to-pixels", "The pixel of every sketch point (FILE: x,y points)");
+    CLI::App *fromPixelsCommand = sketchCommand->add_subcommand(
+        "from-pixels", "A sketch through the centres of pixels (FILE: column,row points), with its marks");
+    for (auto command : {std::make_pair(toPixelsCommand, &toPixels), std::make_pair(fromPixelsCommand, &fromPixels)}) {
+        command.first->add_option("file", command.second->file, "FILE: a JSON or CSV list of points")->required();
+        addWindowOptions(command.first, command.second->window);
+        command.first->add_option("-o,--output", command.second->output, "FILE: where to write; the terminal when absent");
+        command.first->add_option("--format", command.second->format, "text|csv|json; else from the file's extension");
+    }
+
     GalleryOptions gallery;
     CLI::App *galleryCommand =
         app.add_subcommand("gallery", "Draw every kind on the default window: PNGs, a contact sheet, index.html");
@@ -77,6 +102,9 @@ int main(int argc, char **argv) {
         }
         command = commandPath(app);
         if (plotCommand->parsed()) runPlot(plot);
+        if (tableCommand->parsed()) runTable(table);
+        if (toPixelsCommand->parsed()) runSketchToPixels(toPixels);
+        if (fromPixelsCommand->parsed()) runSketchFromPixels(fromPixels);
         if (galleryCommand->parsed()) runGallery(gallery);
     } catch (UsageError const &e) {
         return badInput(e.what(), command);
