@@ -1,4 +1,7 @@
+#include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -19,6 +22,13 @@ namespace {
 // Rows a table may have: the x values and the table are held in memory.
 double const maxRows = 1e6;
 
+// Digits after the point of a decimal number; -1 when it has an exponent.
+int decimalPlaces(std::string const &number) {
+    if (number.find_first_of("eE") != std::string::npos) return -1;
+    std::size_t point = number.find('.');
+    return point == std::string::npos ? 0 : int(number.size() - point - 1);
+}
+
 std::vector<double> tableXs(TableOptions const &o) {
     bool range = !o.from.empty() || !o.to.empty() || !o.step.empty();
     std::string const form = "--x X1,X2,... or --from A --to B --step S";
@@ -33,8 +43,19 @@ std::vector<double> tableXs(TableOptions const &o) {
     if (!(count <= maxRows))
         throw UsageError("--from " + o.from + " --to " + o.to + " --step " + o.step + " makes more than " +
                          formatNumber(maxRows) + " rows; use a larger --step");
+    // Each x is rounded to the decimal places of --from and --step, so that
+    // -1 in steps of 0.1 gives -0.4 and not -0.3999999999999999.
+    int places = std::max(decimalPlaces(o.from), decimalPlaces(o.step));
     std::vector<double> xs;
-    for (long i = 0; i < long(count); ++i) xs.push_back(from + double(i) * step);
+    for (long i = 0; i < long(count); ++i) {
+        double x = from + double(i) * step;
+        if (places >= 0 && places <= 15 && std::fabs(x) < 1e15) {
+            char text[64];
+            std::snprintf(text, sizeof text, "%.*f", places, x);
+            x = std::strtod(text, nullptr);
+        }
+        xs.push_back(x);
+    }
     return xs;
 }
 

@@ -98,7 +98,10 @@ int main(int argc, char **argv) {
         } catch (CLI::CallForAllHelp const &e) {
             return app.exit(e);
         } catch (CLI::ParseError const &e) {
-            return badInput(e.what(), commandPath(app));
+            std::string message = e.what();
+            if (message == "relation is required")
+                message = "a relation is required: KIND NAME=VALUE..., kinds: " + kindNames();
+            return badInput(message, commandPath(app));
         }
         command = commandPath(app);
         if (plotCommand->parsed()) runPlot(plot);

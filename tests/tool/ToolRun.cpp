@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <dirent.h>
+#include <filesystem>
 #include <fcntl.h>
 #include <fstream>
 #include <png.h>
@@ -21,18 +21,15 @@ Folder::Folder() {
 }
 
 Folder::~Folder() {
-    if (path_.empty()) return;
-    for (std::string const &e : entries()) ::unlink(file(e).c_str());
-    ::rmdir(path_.c_str());
+    std::error_code ignored;
+    if (!path_.empty()) std::filesystem::remove_all(path_, ignored);
 }
 
-std::vector<std::string> Folder::entries() const {
+std::vector<std::string> Folder::entries(std::string const &sub) const {
     std::vector<std::string> out;
-    if (DIR *d = ::opendir(path_.c_str())) {
-        while (dirent *e = ::readdir(d))
-            if (std::string(e->d_name) != "." && std::string(e->d_name) != "..") out.push_back(e->d_name);
-        ::closedir(d);
-    }
+    std::error_code ignored;
+    for (auto const &e : std::filesystem::directory_iterator(file(sub), ignored))
+        out.push_back(e.path().filename().string());
     std::sort(out.begin(), out.end());
     return out;
 }

@@ -24,7 +24,7 @@ public:
     ~Folder();
     std::string const &path() const { return path_; }
     std::string file(std::string const &name) const { return path_ + "/" + name; }
-    std::vector<std::string> entries() const; // sorted names
+    std::vector<std::string> entries(std::string const &sub = "") const; // sorted names
     // Runs evalg with these arguments inside the folder.
     Result evalg(std::vector<std::string> const &args) const;
     void write(std::string const &name, std::string const &content) const;

@@ -1,0 +1,183 @@
+// evalg table, sketch and gallery, end to end, against the library.
+#include <cmath>
+#include <gtest/gtest.h>
+#include <regex>
+#include <set>
+#include <sstream>
+
+#include "collab/ds/FloatDataSetC.h"
+#include "collab/ds/TableDataSet2C.h"
+#include "collab/esb/CartesianRelationServiceC.h"
+#include "collab/rel/QuadraticFunctionC.h"
+#include "collab/rel/SketchC.h"
+#include "evalg/CartesianRelationTableEvalC.h"
+#include "evalg/SketchEvalC.h"
+#include "ToolRun.h"
+
+namespace {
+
+using namespace tooltest;
+using nlohmann::json;
+using qelt::oss::PointerTC;
+namespace ds = qelt::mathapp::ds;
+namespace rel = qelt::mathapp::rel;
+namespace evalg = qelt::mathapp::evalg;
+
+
+struct TableCase {
+    char const *name;
+    std::vector<std::string> args;
+    rel::RelationC *relation;
+    std::vector<double> xs;
+};
+
+void PrintTo(TableCase const &c, std::ostream *os) { *os << c.name; }
+
+std::vector<TableCase> tableCases() {
+    return {
+        {"list", {"quadratic", "a=2", "h=1", "--x=-1,0,2.5"}, new rel::QuadraticFunctionC(2, 1, 0), {-1, 0, 2.5}},
+        {"range", {"quadratic", "k=-1", "--from=-1", "--to=1", "--step=0.1"}, new rel::QuadraticFunctionC(1, 0, -1),
+         {-1, -0.9, -0.8, -0.7, -0.6, -0.5, -0.4, -0.3, -0.2, -0.1, 0, 0.1, 0.2, 0.3, 0.4, 0.5, 0.6, 0.7, 0.8, 0.9, 1}},
+        {"sampled of a kind", {"sampled", "of=quadratic", "a=-1", "--x=3"}, new rel::QuadraticFunctionC(-1, 0, 0), {3}},
+    };
+}
+
+class Tables : public ::testing::TestWithParam<TableCase> {};
+
+TEST_P(Tables, RowsAreTheLibrarysWithGapsForMissingValues) {
+    TableCase const &c = GetParam();
+    qelt::mathapp::esb::CartesianRelationServiceC service{PointerTC<rel::RelationC>(c.relation)};
+    PointerTC<ds::TableDataSet2C> table = evalg::CartesianRelationTableEvalC().evaluateTable2(service, c.xs);
+    std::vector<ds::FloatPoint2C *> const &expected = table->getPoints();
+    Folder f;
+    std::vector<std::string> args{"table"};
+    args.insert(args.end(), c.args.begin(), c.args.end());
+    for (char const *format : {"json", "csv"}) {
+        std::vector<std::string> withFormat = args;
+        withFormat.insert(withFormat.end(), {"-o", std::string("t.") + format});
+        ASSERT_EQ(f.evalg(withFormat).status, 0);
+    }
+    json rows = json::parse(f.read("t.json"))["rows"];
+    ASSERT_EQ(rows.size(), c.xs.size());
+    auto value = [](double v) { return std::isnan(v) ? json() : json(v); };
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        ds::FloatPoint2C const *e = expected[i];
+        EXPECT_EQ(rows[i], json({{"x", e->getX()}, {"y1", value(e->getY1())}, {"y2", value(e->getY2())}})) << i;
+    }
+    // CSV numbers read back exactly; a missing value is an empty field.
+    auto field = [](std::string const &s, double v) { return std::isnan(v) ? s.empty() : std::strtod(s.c_str(), nullptr) == v; };
+    std::istringstream in(f.read("t.csv"));
+    std::string line;
+    std::getline(in, line);
+    EXPECT_EQ(line, "x,y1,y2");
+    std::size_t i = 0;
+    for (; std::getline(in, line); ++i) {
+        ASSERT_LT(i, expected.size());
+        std::size_t a = line.find(','), b = line.find(',', a + 1);
+        ASSERT_NE(b, std::string::npos) << line;
+        EXPECT_TRUE(field(line.substr(0, a), expected[i]->getX())) << line;
+        EXPECT_TRUE(field(line.substr(a + 1, b - a - 1), expected[i]->getY1())) << line;
+        EXPECT_TRUE(field(line.substr(b + 1), expected[i]->getY2())) << line;
+    }
+    EXPECT_EQ(i, expected.size());
+}
+
+INSTANTIATE_TEST_SUITE_P(Tool, Tables, ::testing::ValuesIn(tableCases()),
+                         [](auto const &info) { return std::regex_replace(info.param.name, std::regex(" "), "_"); });
+
+struct SketchCase {
+    char const *name;
+    std::vector<std::string> window;
+    double xMin, xMax, yMin, yMax;
+    int m, n;
+};
+
+void PrintTo(SketchCase const &c, std::ostream *os) { *os << c.name; }
+
+class Sketches : public ::testing::TestWithParam<SketchCase> {};
+
+// A rise, a fall and a rise, crossing both axes, with one point off the window.
+json const sketchPoints = json::parse(R"([{"x": -3, "y": -1, "marks": ["turning-point"]}, [-2, 0.5], [-1, 1.5],
+    [-0.04, 2], [1, 0.5], [2, -1], [3, -0.02], [4, 1], [9, 7]])");
+
+TEST_P(Sketches, BothDirectionsAreTheLibrarys) {
+    SketchCase const &c = GetParam();
+    PointerTC<ds::GraphicalDomainC> domain(new ds::GraphicalDomainC(c.xMin, c.xMax, c.yMin, c.yMax, c.m, c.n));
+    Folder f;
+    f.write("sketch.json", sketchPoints.dump());
+    std::vector<std::string> to{"sketch", "to-pixels", "sketch.json", "-o", "pixels.json"};
+    to.insert(to.end(), c.window.begin(), c.window.end());
+    ASSERT_EQ(f.evalg(to).status, 0);
+    json pixels = json::parse(f.read("pixels.json"))["points"];
+
+    PointerTC<ds::FloatDataSetC> points(new ds::FloatDataSetC);
+    for (json const &p : sketchPoints)
+        points->addPoint(p.is_array() ? new ds::FloatPointC(p[0], p[1], 0) : new ds::FloatPointC(p["x"], p["y"], 4));
+    PointerTC<rel::SketchC> sketch(new rel::SketchC(points));
+    json expected = pointsJson(evalg::SketchEvalC().evaluatePixels(*sketch, domain));
+    ASSERT_EQ(pixels.size(), expected.size());
+    for (std::size_t i = 0; i < pixels.size(); ++i) {
+        EXPECT_EQ(json({pixels[i]["column"], pixels[i]["row"], 0}), expected[i]) << i;
+        EXPECT_EQ(pixels[i]["x"], sketchPoints[i].is_array() ? sketchPoints[i][0] : sketchPoints[i]["x"]);
+    }
+    EXPECT_EQ(pixels[0]["marks"], json({"turning-point"}));
+
+    // Back again: the pixels file the tool wrote is read as column,row.
+    std::vector<std::string> from{"sketch", "from-pixels", "pixels.json", "-o", "back.json"};
+    from.insert(from.end(), c.window.begin(), c.window.end());
+    ASSERT_EQ(f.evalg(from).status, 0);
+    json back = json::parse(f.read("back.json"))["points"];
+    PointerTC<ds::GraphDataSetWinC> set(new ds::GraphDataSetWinC(1000, 0, domain));
+    for (json const &p : expected) set->appendPixelPoint(long(p[0]), long(p[1]), 0);
+    PointerTC<rel::SketchC> made(evalg::SketchEvalC().createSketch(set));
+    ASSERT_TRUE(made);
+    ASSERT_EQ(back.size(), made->getValues().size());
+    char const *names[] = {"x-intercept", "y-intercept", "turning-point"};
+    for (std::size_t i = 0; i < back.size(); ++i) {
+        ds::FloatPointC const *p = made->getValues()[i];
+        json marks = json::array();
+        for (int bit = 0; bit < 3; ++bit)
+            if (p->getMarks() & (1 << bit)) marks.push_back(names[bit]);
+        EXPECT_EQ(back[i], json({{"x", p->getX()}, {"y", p->getY()}, {"marks", marks}})) << i;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Tool, Sketches,
+                         ::testing::Values(SketchCase{"handheld", {}, -8, 8, -5, 5, 161, 101},
+                                           SketchCase{"small", {"--window=-4,4,-2,2.5", "--size=33x19"}, -4, 4, -2, 2.5, 33, 19}),
+                         [](auto const &info) { return std::string(info.param.name); });
+
+TEST(Gallery, WritesEveryFileItPromises) {
+    // Every kind of the tool, each with its picture.
+    std::set<std::string> const kinds{"quadratic", "sampled", "sketch"};
+    Folder f;
+    Result r = f.evalg({"gallery", "-o", "shown"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    ASSERT_EQ(f.entries(), std::vector<std::string>{"shown"});
+    std::string html = f.read("shown/index.html");
+    std::set<std::string> promised;
+    std::regex src("src=\"([^\"]+)\"");
+    for (std::sregex_iterator it(html.begin(), html.end(), src), end; it != end; ++it) promised.insert((*it)[1]);
+    std::set<std::string> expected{"gallery.png"};
+    for (std::string const &k : kinds) expected.insert(k + ".png");
+    EXPECT_EQ(promised, expected);
+    for (std::string const &file : promised) {
+        Png png = readPng(f.file("shown/" + file));
+        EXPECT_GT(png.width, 0u) << file;
+        if (file != "gallery.png") {
+            EXPECT_EQ(png.width, 644u) << file;
+            EXPECT_EQ(png.height, 404u) << file;
+            EXPECT_TRUE(html.find("evalg plot " + file.substr(0, file.size() - 4)) != std::string::npos) << file;
+        }
+    }
+    EXPECT_GT(readPng(f.file("shown/gallery.png")).width, 4 * 322u);
+    // Nothing else, no temporary file left: the page, its pictures and the
+    // sketch's points, which its command line names.
+    std::set<std::string> written = promised;
+    written.insert({"index.html", "sketch-points.json"});
+    std::vector<std::string> shown = f.entries("shown");
+    EXPECT_EQ(std::set<std::string>(shown.begin(), shown.end()), written);
+    EXPECT_NE(html.find("file=sketch-points.json"), std::string::npos);
+}
+
+} // namespace
