@@ -99,15 +99,20 @@ nlohmann::json pointsJson(qelt::oss::PointerTC<qelt::mathapp::ds::GraphDataSetWi
     return out;
 }
 
-std::vector<nlohmann::json> stretches(nlohmann::json const &points) {
+std::vector<nlohmann::json> stretches(nlohmann::json const &points, int m, int n) {
     using qelt::mathapp::ds::PixelPointC;
     std::vector<nlohmann::json> out;
+    bool open = false;
     for (std::size_t i = 0; i < points.size(); ++i) {
-        int m = points[i][2];
-        bool breakBefore = i == 0 || (m & PixelPointC::FIRST_VISIBLE) ||
-                           (int(points[i - 1][2]) & PixelPointC::LAST_VISIBLE);
-        if (breakBefore) out.push_back(nlohmann::json::array());
+        int x = points[i][0], y = points[i][1], marker = points[i][2];
+        if (x < -1 || x > m || y < -1 || y > n) {
+            open = false;
+            continue;
+        }
+        if (!open || (marker & PixelPointC::FIRST_VISIBLE) || (int(points[i - 1][2]) & PixelPointC::LAST_VISIBLE))
+            out.push_back(nlohmann::json::array());
         out.back().push_back(points[i]);
+        open = true;
     }
     return out;
 }

@@ -51,8 +51,9 @@ Png readPng(std::string const &path);
 nlohmann::json pointsJson(qelt::oss::PointerTC<qelt::mathapp::ds::GraphDataSetWinC> const &set);
 
 // The runs of consecutive points a display joins: split after LAST_VISIBLE
-// and before FIRST_VISIBLE.
-std::vector<nlohmann::json> stretches(nlohmann::json const &points);
+// and before FIRST_VISIBLE; a point more than one pixel outside the m x n
+// grid is left out and splits too.
+std::vector<nlohmann::json> stretches(nlohmann::json const &points, int m, int n);
 
 } // namespace tooltest
 

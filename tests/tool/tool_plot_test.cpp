@@ -7,8 +7,12 @@
 #include <sstream>
 
 #include "collab/esb/CartesianRelationServiceC.h"
+#include "collab/ds/FloatDataSetC.h"
 #include "collab/rel/QuadraticFunctionC.h"
+#include "collab/rel/SketchC.h"
+#include "evalg/GeneralEvalC.h"
 #include "evalg/QuadraticFunctionEvalC.h"
+#include "evalg/SketchEvalC.h"
 #include "ToolRun.h"
 
 namespace {
@@ -57,7 +61,28 @@ struct PlotCase {
     Win window;
     char const *evaluator;
     Library library;
+    char const *fileName = nullptr, *fileText = nullptr; // an input the relation reads
 };
+
+Library sampledBy(double subdivisions, rel::RelationC *relation) {
+    PointerTC<rel::RelationC> r(relation);
+    return [r, subdivisions](DomainP domain) {
+        qelt::mathapp::esb::CartesianRelationServiceC service(r);
+        return evalg::GeneralEvalC(subdivisions).evaluateGraph(service, domain);
+    };
+}
+
+// The sketch of sketchCsv: a zigzag that leaves the window on the right.
+char const sketchCsv[] = "x,y\n-6,-4\n-3,4.5\n0,-2\n2.5,1\n7.9,4.9\n9,6\n12,0\n";
+Library sketched() {
+    return [](DomainP domain) {
+        PointerTC<ds::FloatDataSetC> points(new ds::FloatDataSetC);
+        double const xy[][2] = {{-6, -4}, {-3, 4.5}, {0, -2}, {2.5, 1}, {7.9, 4.9}, {9, 6}, {12, 0}};
+        for (auto const &p : xy) points->addPoint(new ds::FloatPointC(p[0], p[1], 0));
+        PointerTC<rel::SketchC> sketch(new rel::SketchC(points));
+        return evalg::SketchEvalC().evaluatePixels(*sketch, domain);
+    };
+}
 
 std::vector<PlotCase> plotCases() {
     using Q = evalg::QuadraticFunctionEvalC;
@@ -70,6 +95,11 @@ std::vector<PlotCase> plotCases() {
          drawnBy<Q>(new rel::QuadraticFunctionC(0, 0, 2.5))},
         {"quadratic small window", {"quadratic", "a=-3", "h=0.3", "k=1"}, {-1, 1, -2, 2.5, 41, 31},
          "QuadraticFunctionEvalC", drawnBy<Q>(new rel::QuadraticFunctionC(-3, 0.3, 1))},
+        {"sampled quadratic", {"sampled", "of=quadratic", "a=0.5", "h=-2", "k=-3"}, handheld, "GeneralEvalC",
+         sampledBy(100, new rel::QuadraticFunctionC(0.5, -2, -3))},
+        {"sampled few subdivisions", {"sampled", "subdivisions=2.5", "of=quadratic", "a=-40"}, {-1, 1, -1, 1, 21, 21},
+         "GeneralEvalC", sampledBy(2.5, new rel::QuadraticFunctionC(-40, 0, 0))},
+        {"sketch", {"sketch", "file=s.csv"}, handheld, "SketchEvalC", sketched(), "s.csv", sketchCsv},
     };
 }
 
@@ -80,12 +110,14 @@ json libraryPoints(PlotCase const &c) {
     return pointsJson(c.library(DomainP(new ds::GraphicalDomainC(w.xMin, w.xMax, w.yMin, w.yMax, w.m, w.n))));
 }
 
-std::vector<std::string> plotArgs(PlotCase const &c, std::vector<std::string> const &extra) {
+// Runs evalg plot for the case, with its input file in place.
+Result plot(Folder const &f, PlotCase const &c, std::vector<std::string> const &extra) {
+    if (c.fileName) f.write(c.fileName, c.fileText);
     std::vector<std::string> args{"plot"};
     args.insert(args.end(), c.relation.begin(), c.relation.end());
     for (std::string const &a : windowArgs(c.window)) args.push_back(a);
     args.insert(args.end(), extra.begin(), extra.end());
-    return args;
+    return f.evalg(args);
 }
 
 bool isCurve(Rgb p) { return !(p.r == p.g && p.g == p.b); } // background, grid and axes are grey
@@ -97,7 +129,7 @@ class PlotFormats : public ::testing::TestWithParam<PlotCase> {};
 TEST_P(PlotFormats, JsonIsTheLibrarysOutput) {
     PlotCase const &c = GetParam();
     Folder f;
-    Result r = f.evalg(plotArgs(c, {"-o", "out.json"}));
+    Result r = plot(f, c, {"-o", "out.json"});
     ASSERT_EQ(r.status, 0) << r.err;
     json out = json::parse(f.read("out.json"));
     EXPECT_EQ(out["window"]["columns"], c.window.m);
@@ -111,7 +143,7 @@ TEST_P(PlotFormats, JsonIsTheLibrarysOutput) {
 TEST_P(PlotFormats, CsvListsTheSamePoints) {
     PlotCase const &c = GetParam();
     Folder f;
-    ASSERT_EQ(f.evalg(plotArgs(c, {"-o", "out.csv"})).status, 0);
+    ASSERT_EQ(plot(f, c, {"-o", "out.csv"}).status, 0);
     std::istringstream lines(f.read("out.csv"));
     std::string line;
     std::getline(lines, line); // header
@@ -131,7 +163,7 @@ TEST_P(PlotFormats, PngHasCurvePixelsWhereTheJsonSaysAndNowhereElse) {
     PlotCase const &c = GetParam();
     unsigned const scale = 3;
     Folder f;
-    ASSERT_EQ(f.evalg(plotArgs(c, {"-o", "out.png", "--scale", std::to_string(scale)})).status, 0);
+    ASSERT_EQ(plot(f, c, {"-o", "out.png", "--scale", std::to_string(scale)}).status, 0);
     Png png = readPng(f.file("out.png"));
     ASSERT_EQ(png.width, unsigned(c.window.m) * scale);
     ASSERT_EQ(png.height, unsigned(c.window.n) * scale);
@@ -145,7 +177,7 @@ TEST_P(PlotFormats, PngHasCurvePixelsWhereTheJsonSaysAndNowhereElse) {
         EXPECT_TRUE(isCurve(png.at(p[0].get<unsigned>() * scale, p[1].get<unsigned>() * scale))) << p;
     }
     // Any curve pixel lies between two consecutive points of one stretch.
-    std::vector<json> runs = stretches(points);
+    std::vector<json> runs = stretches(points, c.window.m, c.window.n);
     for (unsigned y = 0; y < unsigned(c.window.n); ++y)
         for (unsigned x = 0; x < unsigned(c.window.m); ++x) {
             if (!isCurve(png.at(x * scale, y * scale))) continue;
@@ -163,9 +195,9 @@ TEST_P(PlotFormats, PngHasCurvePixelsWhereTheJsonSaysAndNowhereElse) {
 TEST_P(PlotFormats, SvgHasOnePolylinePerStretch) {
     PlotCase const &c = GetParam();
     Folder f;
-    ASSERT_EQ(f.evalg(plotArgs(c, {"-o", "out.svg"})).status, 0);
+    ASSERT_EQ(plot(f, c, {"-o", "out.svg"}).status, 0);
     std::string svg = f.read("out.svg");
-    std::vector<json> expected = stretches(libraryPoints(c));
+    std::vector<json> expected = stretches(libraryPoints(c), c.window.m, c.window.n);
     std::regex polyline("<polyline points=\"([^\"]*)\"");
     std::size_t i = 0;
     for (std::sregex_iterator it(svg.begin(), svg.end(), polyline), end; it != end; ++it, ++i) {
@@ -186,7 +218,7 @@ TEST_P(PlotFormats, SvgHasOnePolylinePerStretch) {
 TEST_P(PlotFormats, TextSetsADotAtEveryPoint) {
     PlotCase const &c = GetParam();
     Folder f;
-    Result r = f.evalg(plotArgs(c, {}));
+    Result r = plot(f, c, {});
     ASSERT_EQ(r.status, 0) << r.err;
     std::vector<std::u32string> lines;
     std::istringstream in(r.out);
