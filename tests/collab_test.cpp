@@ -60,6 +60,18 @@ INSTANTIATE_TEST_SUITE_P(
                       Conversion{Inf, 0, 0, 0, 0}, Conversion{-Inf, 0, 0, 0, 0},
                       Conversion{9223372036854774784.0, 0xFFFFFC00u, -1024, 0xFC00, -1024}));
 
+TEST(Convert, InlineFloorAgreesWithTheLibraryFloor) {
+    Rng rng(3);
+    std::vector<double> vs = {-0.0, -0.5, -1.0, -1.5, 0.5, 65535.5, -65536.5, 9223372036854774784.0,
+                              -9223372036854774784.0, 9223372036854775808.0, 4503599627370495.5,
+                              -4503599627370495.5, 1e-320, -1e-320, NaN, Inf, -Inf};
+    for (int i = 0; i < 100000; ++i) vs.push_back(rng.wild(i % 2 ? 1e6 : 1e20));
+    for (double v : vs) {
+        EXPECT_EQ(IntegerConversionC::floorToInt64(v), IntegerConversionC::toInt64(std::floor(v))) << v;
+        EXPECT_EQ(IntegerConversionC::floorToInt16(v), IntegerConversionC::toInt16(std::floor(v))) << v;
+    }
+}
+
 struct Deleted : qelt::oss::RefCountedBC {
     explicit Deleted(int *flag) : flag_(flag) {}
     virtual ~Deleted() { ++*flag_; }
