@@ -10,7 +10,7 @@ namespace evalg {
 
 // Draws y = a(x - h)^r + k for an integer r, possibly restricted to one side
 // of x = h, by sampling f once per column edge and joining neighbouring
-// samples with vertical runs. The column that holds h gets special treatment:
+// samples with vertical runs. The column that holds h is drawn on its own:
 // for r < 0 each branch's asymptote run reaches the window edge it escapes
 // through; for an even r > 0 the turning point's run reaches down (up) to k.
 class PowerFunctionEvalC : public CartesianRelationGraphEvalHelperC {

@@ -1,10 +1,9 @@
 // Exponential functions: the two walks out from x = 0, the degenerate
-// coefficients, rejection, and the heights checked against direct evaluation.
+// coefficients, rejection, and the runs checked against direct evaluation.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "collab/rel/ExponentialFunctionC.h"
 #include "evalg/ExponentialFunctionEvalC.h"
@@ -13,87 +12,63 @@
 using namespace evalgtest;
 using namespace qelt::mathapp;
 
-namespace {
-
-double const Inf = std::numeric_limits<double>::infinity();
-double const Ln2 = std::log(2.0);
-// Steps of 1: column = floor(x + 2.5), screen row = 4 - floor(y + 2.5).
-Window const W{-2, 2, -2, 2, 5, 5};
-
-std::vector<Pt> drawExp(double b, double r, double k, Window const &w) {
+static std::vector<Pt> drawExp(double b, double r, double k, Window const &w) {
     evalg::ExponentialFunctionEvalC source, copy;
     copy = source;
     return draw(copy, PointerTC<rel::RelationC>(new rel::ExponentialFunctionC(b, r, k)), w);
 }
 
-std::vector<Pt> row(int y) {
-    std::vector<Pt> out;
-    for (int x = 0; x < 5; ++x) out.push_back(Pt{x, y, 0});
-    return out;
-}
-
-struct Case { double b, r, k; Window w; std::vector<Pt> want; };
-
 TEST(Exponential, WalksDegenerateCoefficientsAndRejection) {
-    Case const cases[] = {
-        // 2^x: both walks start on the edge left of 0; the left walk's runs are
-        // prepended end first.
+    double const Ln2 = std::log(2.0);
+    // Steps of 1: column = floor(x + 2.5), screen row = 4 - floor(y + 2.5).
+    Window const W{-2, 2, -2, 2, 5, 5};
+    std::vector<Pt> const row0{{0,0,0},{1,0,0},{2,0,0},{3,0,0},{4,0,0}}, row3{{0,3,0},{1,3,0},{2,3,0},{3,3,0},{4,3,0}};
+    struct Case { double b, r, k; Window w; std::vector<Pt> want; } const cases[] = {
+        // 2^x: both walks start on the edge left of 0; the left walk prepends each run end first.
         {1, Ln2, 0, W, {{0,2,0},{1,1,0},{1,2,0},{2,1,0},{3,1,0},{3,0,0}}},
         // Window right of 0: the right walk starts at its left edge.
         {1, -Ln2, 0, {1, 5, -2, 2, 5, 5}, {{0,1,0},{0,2,0},{1,2,0},{2,2,0},{3,2,0},{4,2,0}}},
-        {0, 1, 1, W, row(1)},
-        {1, 0, 1, W, row(0)},
-        {1, Inf, -1, W, row(3)},
-        {1, -Inf, -1, W, row(3)},
-        {1, std::nan(""), 0, W, {}},
-        {1, Ln2, 3, W, {}},
-        {1, -Ln2, 3, W, {}},
         // One column: an infinite step, so the left walk takes one step to -inf.
         {1, 1, 0, {-1, 1, -2, 2, 1, 5}, {{0,1,0},{0,2,0}}},
+        {0, 1, 2, W, row0}, {1, 0, 1, W, row0}, {1, HUGE_VAL, -1, W, row3}, {1, -HUGE_VAL, -1, W, row3},
+        {1, NAN, 0, W, {}}, {1, Ln2, 3, W, {}}, {1, -Ln2, 3, W, {}},
     };
     for (Case const &c : cases) EXPECT_EQ(drawExp(c.b, c.r, c.k, c.w), c.want) << c.b << " " << c.r << " " << c.k;
 }
 
+// Left to right, each run within a row of the heights at its column's edges,
+// and every column that the curve crosses inside the window drawn.
 TEST(Exponential, RunsMatchDirectEvaluation) {
     Rng rng(41);
     for (int i = 0; i < 400; ++i) {
+        // Dyadic column steps keep the column edges exact.
         int m = 2 + rng.below(80), n = 2 + rng.below(80);
-        // Dyadic steps keep the column edges exact.
-        double xs = rng.below(2) ? 0.25 : 0.5, xMin = rng.below(21) - 10;
-        Window w{xMin, xMin + (m - 1) * xs, rng.uniform(-3, 0), rng.uniform(0.5, 3), (unsigned short)m, (unsigned short)n};
+        double xs = 0.25 * (1 + rng.below(2)), x0 = rng.below(21) - 10, ys = 4.0 / (n - 1);
         double b = rng.uniform(0.2, 3) * (rng.below(2) ? 1 : -1), r = rng.uniform(-2, 2), k = rng.uniform(-2, 2);
-        std::vector<Pt> pts = drawExp(b, r, k, w);
-        double ys = (w.yMax - w.yMin) / (n - 1), bottom = w.yMin - ys / 2, top = w.yMax + ys / 2;
-        std::vector<int> perColumn(m, 0);
+        std::vector<Pt> pts = drawExp(b, r, k, {x0, x0 + (m - 1) * xs, -2, 2, (unsigned short)m, (unsigned short)n});
+        auto f = [&](int c, double side) { return b * std::exp(r * (x0 + (c + side) * xs)) + k; };
+        auto row = [&](double y) { return std::floor((std::clamp(y, -2.0, 2.0) + 2 + ys / 2) / ys); };
         for (size_t j = 0; j < pts.size(); ++j) {
-            ASSERT_TRUE(pts[j].x >= 0 && pts[j].x < m && (j == 0 || pts[j - 1].x <= pts[j].x)) << i << " " << j;
-            ++perColumn[pts[j].x];
-            double yl = b * std::exp(r * (xMin + (pts[j].x - 0.5) * xs)) + k, yr = b * std::exp(r * (xMin + (pts[j].x + 0.5) * xs)) + k;
-            double lo = std::max(std::min(yl, yr), bottom), hi = std::min(std::max(yl, yr), top);
-            int row = n - 1 - pts[j].y;
-            EXPECT_TRUE(row >= std::floor((lo - bottom) / ys) - 1 && row <= std::floor((hi - bottom) / ys) + 1) << i << " " << j;
+            double lo = row(f(pts[j].x, -0.5)), hi = row(f(pts[j].x, 0.5));
+            EXPECT_TRUE(j == 0 || pts[j - 1].x <= pts[j].x) << i << " " << j;
+            EXPECT_TRUE(std::min(lo, hi) - 1 <= n - 1 - pts[j].y && n - 1 - pts[j].y <= std::max(lo, hi) + 1) << i << " " << j;
         }
         for (int c = 0; c < m; ++c) {
-            double yl = b * std::exp(r * (xMin + (c - 0.5) * xs)) + k, yr = b * std::exp(r * (xMin + (c + 0.5) * xs)) + k;
-            double e = ys / 100, hi = std::max(yl, yr), lo = std::min(yl, yr);
-            bool clearlyIn = hi > bottom + e && lo < top - e, clearlyOut = hi < bottom - e || lo > top + e;
-            EXPECT_TRUE(perColumn[c] > 0 ? !clearlyOut : !clearlyIn) << i << " " << c;
-            EXPECT_LE(perColumn[c], 2) << i << " " << c;
+            bool crosses = std::max(f(c, -0.5), f(c, 0.5)) > -2 && std::min(f(c, -0.5), f(c, 0.5)) < 2;
+            EXPECT_TRUE(!crosses || std::any_of(pts.begin(), pts.end(), [c](Pt p) { return p.x == c; })) << i << " " << c;
         }
     }
 }
 
-// Two points per column step; the walks cover disjoint halves of the window
-// and take at most 2M + 2 steps between them (each step moves x by at least
-// half of xStep, or the walk stops).
+// At most two points per column step; the walks cover disjoint parts of the
+// window and take at most 2M + 2 steps between them (a step moves x by at
+// least half of xStep, or the walk stops).
 TEST(Exponential, WildParametersFinishWithinBound) {
     Rng rng(6);
     for (int i = 0; i < 3000; ++i) {
         double x0 = rng.wild(10), y0 = rng.wild(10);
-        Window w{x0, x0 + std::fabs(rng.wild(30)), y0, y0 + std::fabs(rng.wild(30)),
-                 (unsigned short)(1 + rng.below(rng.below(32) ? 300 : 32767)), (unsigned short)(1 + rng.below(300))};
-        ASSERT_LE(drawExp(rng.wild(10), rng.wild(3), rng.wild(10), w).size(), 4u * w.m + 8) << i;
+        unsigned short m = 1 + rng.below(rng.below(32) ? 300 : 32767), n = 1 + rng.below(300);
+        Window w{x0, x0 + std::fabs(rng.wild(30)), y0, y0 + std::fabs(rng.wild(30)), m, n};
+        ASSERT_LE(drawExp(rng.wild(10), rng.wild(3), rng.wild(10), w).size(), 4u * m + 8) << i;
     }
 }
-
-} // namespace
