@@ -32,6 +32,8 @@ TEST(Exponential, WalksDegenerateCoefficientsAndRejection) {
         {1, 1, 0, {-1, 1, -2, 2, 1, 5}, {{0,1,0},{0,2,0}}},
         {0, 1, 2, W, row0}, {1, 0, 1, W, row0}, {1, HUGE_VAL, -1, W, row3}, {1, -HUGE_VAL, -1, W, row3},
         {1, NAN, 0, W, {}}, {1, Ln2, 3, W, {}}, {1, -Ln2, 3, W, {}},
+        // A NaN b is neither rising nor falling, so nothing rejects it: its NaN heights become full-height runs.
+        {NAN, 1, 0, W, {{0,4,0},{0,0,0},{1,4,0},{1,0,0},{2,0,0},{2,4,0},{3,0,0},{3,4,0},{4,0,0},{4,4,0}}},
     };
     for (Case const &c : cases) EXPECT_EQ(drawExp(c.b, c.r, c.k, c.w), c.want) << c.b << " " << c.r << " " << c.k;
 }
