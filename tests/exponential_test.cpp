@@ -66,6 +66,9 @@ TEST(Exponential, RunsMatchDirectEvaluation) {
 // window and take at most 2M + 2 steps between them (a step moves x by at
 // least half of xStep, or the walk stops).
 TEST(Exponential, WildParametersFinishWithinBound) {
+    // Columns far narrower than an ulp of x: adding xStep no longer moves x.
+    Window const Narrow{1e15, 1e15 + 1, -1, 1, 32767, 5};
+    EXPECT_LE(drawExp(1, -1, 0, Narrow).size(), 4u * 32767 + 8);
     Rng rng(6);
     for (int i = 0; i < 3000; ++i) {
         double x0 = rng.wild(10), y0 = rng.wild(10);

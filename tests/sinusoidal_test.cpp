@@ -73,6 +73,9 @@ TEST(Sinusoidal, ReentryMarkersLandOnExitPoints) {
 // most 2M + 2 steps (each moves x by at least half of xStep, or it stops),
 // whatever the period does to crestX and troughX.
 TEST(Sinusoidal, WildParametersFinishWithinBound) {
+    // Columns far narrower than an ulp of x: adding xStep no longer moves x.
+    Window const Narrow{1e15, 1e15 + 1, -1, 1, 32767, 5};
+    EXPECT_LE(drawSin(1, 1, 0, 0, false, Narrow).size(), 4u * 32767 + 8);
     Rng rng(8);
     for (int i = 0; i < 3000; ++i) {
         double x0 = rng.wild(10), y0 = rng.wild(10);
