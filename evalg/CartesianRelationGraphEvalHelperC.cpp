@@ -121,9 +121,9 @@ void CartesianRelationGraphEvalHelperC::addPixelPoints(double x, double y1, doub
         end = y2 > lowCentre ? y2 : lowCentre;
     }
     // x is not clamped: the caller passes an x inside the grid.
-    long col = IntegerConversionC::toUInt16(std::floor((x - leftEdge) / xStep));
-    int16_t rowStart = IntegerConversionC::toInt16(std::floor((start - bottomEdge) / yStep));
-    uint16_t rowEnd = IntegerConversionC::toUInt16(std::floor((end - bottomEdge) / yStep));
+    long col = IntegerConversionC::floorQuotientToUInt16(x - leftEdge, xStep, xStepReciprocal);
+    int16_t rowStart = IntegerConversionC::floorQuotientToInt16(start - bottomEdge, yStep, yStepReciprocal);
+    uint16_t rowEnd = IntegerConversionC::floorQuotientToUInt16(end - bottomEdge, yStep, yStepReciprocal);
     int rows = pixelRows;
     ds::GraphDataSetWinC &target = *set;
     emitSpan(start < end, rowStart, rowEnd, [&](int r) { put(target, col, long(rows - r - 1), prepend); });
@@ -144,9 +144,9 @@ void CartesianRelationGraphEvalHelperC::addPixelPointsXYSwapped(double y, double
         start = !(x1 < rightEdge) ? rightEdge : x1;
         end = x2 > leftEdge ? x2 : leftEdge;
     }
-    uint16_t row = IntegerConversionC::toUInt16(std::floor((y - bottomEdge) / yStep));
-    int16_t colStart = IntegerConversionC::toInt16(std::floor((start - leftEdge) / xStep));
-    uint16_t colEnd = IntegerConversionC::toUInt16(std::floor((end - leftEdge) / xStep));
+    uint16_t row = IntegerConversionC::floorQuotientToUInt16(y - bottomEdge, yStep, yStepReciprocal);
+    int16_t colStart = IntegerConversionC::floorQuotientToInt16(start - leftEdge, xStep, xStepReciprocal);
+    uint16_t colEnd = IntegerConversionC::floorQuotientToUInt16(end - leftEdge, xStep, xStepReciprocal);
     long screenRow = long(int(pixelRows) - int(row) - 1);
     ds::GraphDataSetWinC &target = *set;
     emitSpan(start < end, colStart, colEnd, [&](int c) { put(target, long(c), screenRow, prepend); });

@@ -12,7 +12,7 @@ namespace evalg {
 GraphDomainEvalC::GraphDomainEvalC(unsigned short m)
     : lastPointVisible(0), scratchPoint(), mode(m), leftEdge(0), rightEdge(0), bottomEdge(0),
       topEdge(0), pixelColumns(0), pixelRows(0), xStep(0), yStep(0), xHalfStep(0), yHalfStep(0),
-      xMax(0), xMin(0), yMax(0), yMin(0) {}
+      xMax(0), xMin(0), yMax(0), yMin(0), xStepReciprocal(0), yStepReciprocal(0) {}
 
 GraphDomainEvalC::GraphDomainEvalC() : GraphDomainEvalC(1) {}
 
@@ -30,6 +30,8 @@ bool GraphDomainEvalC::setDomain(oss::PointerTC<ds::GraphicalDomainC> domain) {
     xStep = (xMax - xMin) / double(int(pixelColumns) - 1);
     // The y limits are asked of the domain again rather than read back.
     yStep = (domain->getYMax() - domain->getYMin()) / double(int(pixelRows) - 1);
+    xStepReciprocal = 1.0 / xStep;
+    yStepReciprocal = 1.0 / yStep;
     xHalfStep = xStep * 0.5;
     yHalfStep = yStep * 0.5;
     leftEdge = xMin - xHalfStep;

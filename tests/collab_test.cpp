@@ -60,6 +60,38 @@ INSTANTIATE_TEST_SUITE_P(
                       Conversion{Inf, 0, 0, 0, 0}, Conversion{-Inf, 0, 0, 0, 0},
                       Conversion{9223372036854774784.0, 0xFFFFFC00u, -1024, 0xFC00, -1024}));
 
+TEST(Convert, InlineFloorAgreesWithTheLibraryFloor) {
+    Rng rng(3);
+    std::vector<double> vs = {-0.0, -0.5, -1.0, -1.5, 0.5, 65535.5, -65536.5, 9223372036854774784.0,
+                              -9223372036854774784.0, 9223372036854775808.0, 4503599627370495.5,
+                              -4503599627370495.5, 1e-320, -1e-320, NaN, Inf, -Inf};
+    for (int i = 0; i < 100000; ++i) vs.push_back(rng.wild(i % 2 ? 1e6 : 1e20));
+    for (double v : vs) {
+        EXPECT_EQ(IntegerConversionC::floorToInt64(v), IntegerConversionC::toInt64(std::floor(v))) << v;
+        EXPECT_EQ(IntegerConversionC::floorToInt16(v), IntegerConversionC::toInt16(std::floor(v))) << v;
+    }
+}
+
+TEST(Convert, ReciprocalQuotientFloorsLikeTheDivision) {
+    // Steps of real windows, and numerators on, near and between multiples.
+    Rng rng(5);
+    double const steps[] = {0.1, 1.0 / 3, 16.0 / 1919, 10.0 / 100, 1e-300, 3e-308, 1e300, 4.9e-324, 7.0};
+    for (double d : steps) {
+        double inv = 1.0 / d;
+        for (int i = 0; i < 20000; ++i) {
+            double n;
+            switch (i % 4) {
+            case 0: n = d * rng.below(70000) - d * 35000; break;      // on a multiple, as rounded
+            case 1: n = std::nextafter(d * rng.below(2000), -Inf); break; // just below one
+            case 2: n = rng.uniform(-5000, 5000) * d; break;
+            default: n = rng.wild(1e6); break;
+            }
+            EXPECT_EQ(IntegerConversionC::floorQuotient(n, d, inv), IntegerConversionC::floorToInt64(n / d))
+                << n << " / " << d;
+        }
+    }
+}
+
 struct Deleted : qelt::oss::RefCountedBC {
     explicit Deleted(int *flag) : flag_(flag) {}
     virtual ~Deleted() { ++*flag_; }

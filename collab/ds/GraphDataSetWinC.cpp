@@ -1,5 +1,6 @@
 #include "collab/ds/GraphDataSetWinC.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <new>
 
@@ -14,6 +15,8 @@ namespace {
 const std::size_t MIN_GROWTH = 16;
 // Hints larger than this are not honoured up front; the storage grows instead.
 const std::size_t MAX_HINT = 1u << 24;
+// The count is reported as an unsigned int: the set never holds more.
+const std::size_t MAX_POINTS = 0xFFFFFFF0u;
 
 int32_t toCoordinate(long v) {
     // Keep the low 32 bits in two's complement, as the platform record would.
@@ -25,37 +28,41 @@ int32_t toCoordinate(long v) {
 
 GraphDataSetWinC::GraphDataSetWinC(unsigned int capacity, unsigned int frontReserve,
                                    oss::PointerTC<GraphicalDomainC> domain)
-    : begin_(0), end_(0), reallocations_(0), domain_(domain) {
+    : capacity_(0), begin_(0), end_(0), reallocations_(0), domain_(domain) {
     std::size_t cap = capacity < MAX_HINT ? capacity : MAX_HINT;
     std::size_t front = frontReserve < cap ? frontReserve : cap;
-    try {
-        points_.resize(cap);
-        markers_.resize(cap + 2);
-    } catch (...) {
-        points_.clear();
-        markers_.assign(2, 0);
-        front = 0;
+    if (!allocate(cap, points_, markers_)) {
+        cap = front = 0;
+        // Two marker bytes for the spare slots; if even that fails, the set
+        // stays without storage and every append reports failure.
+        allocate(0, points_, markers_);
     }
+    capacity_ = markers_ ? cap : 0;
     begin_ = end_ = front;
+}
+
+bool GraphDataSetWinC::allocate(std::size_t capacity, std::unique_ptr<POINT[]> &points,
+                                std::unique_ptr<unsigned char[]> &markers) {
+    // At least one point, so that element 0 has an address even when empty.
+    points.reset(new (std::nothrow) POINT[capacity > 0 ? capacity : 1]);
+    markers.reset(new (std::nothrow) unsigned char[capacity + 2]());
+    return points && markers;
 }
 
 GraphDataSetWinC::~GraphDataSetWinC() {}
 
 bool GraphDataSetWinC::relocate(std::size_t front, std::size_t back) {
     std::size_t count = end_ - begin_;
-    std::vector<POINT> points;
-    std::vector<unsigned char> markers;
-    try {
-        points.resize(front + count + back);
-        markers.resize(front + count + back + 2);
-    } catch (...) {
-        return false;
-    }
-    for (std::size_t i = 0; i < count; ++i) points[front + i] = points_[begin_ + i];
+    if (!markers_ || front + count + back > MAX_POINTS) return false;
+    std::unique_ptr<POINT[]> points;
+    std::unique_ptr<unsigned char[]> markers;
+    if (!allocate(front + count + back, points, markers)) return false;
+    std::copy(points_.get() + begin_, points_.get() + end_, points.get() + front);
     // The points' markers and both spare slots move together.
-    for (std::size_t i = 0; i < count + 2; ++i) markers[front + i] = markers_[begin_ + i];
+    std::copy(markers_.get() + begin_, markers_.get() + end_ + 2, markers.get() + front);
     points_.swap(points);
     markers_.swap(markers);
+    capacity_ = front + count + back;
     begin_ = front;
     end_ = front + count;
     ++reallocations_;
@@ -65,11 +72,11 @@ bool GraphDataSetWinC::relocate(std::size_t front, std::size_t back) {
 bool GraphDataSetWinC::reserveFront() {
     if (begin_ > 0) return true;
     std::size_t count = end_ - begin_;
-    return relocate(count > MIN_GROWTH ? count : MIN_GROWTH, points_.size() - end_);
+    return relocate(count > MIN_GROWTH ? count : MIN_GROWTH, capacity_ - end_);
 }
 
 bool GraphDataSetWinC::reserveBack() {
-    if (end_ < points_.size()) return true;
+    if (end_ < capacity_) return true;
     std::size_t count = end_ - begin_;
     return relocate(begin_, count > MIN_GROWTH ? count : MIN_GROWTH);
 }
@@ -124,12 +131,19 @@ bool GraphDataSetWinC::appendPixelPoints(oss::PointerTC<GraphDataSetWinC> other,
 
 POINT *GraphDataSetWinC::getPixelPoints(unsigned int &count) const {
     count = getCount();
-    return points_.data() + begin_;
+    return points_.get() + begin_;
 }
 
 unsigned char *GraphDataSetWinC::getPixelMarkers(unsigned int &count) const {
     count = getCount();
-    return markers_.data() + begin_ + 1;
+    // Never null: even a set whose storage could not be had keeps its two
+    // spare slots, in a fallback that absorbs writes.
+    if (!markers_) {
+        static unsigned char none[2];
+        none[0] = none[1] = 0;
+        return none + 1;
+    }
+    return markers_.get() + begin_ + 1;
 }
 
 void GraphDataSetWinC::trace() const {

@@ -2,7 +2,7 @@
 #define QELT_DS_GRAPHDATASETWINC_H
 
 #include <cstddef>
-#include <vector>
+#include <memory>
 
 #include "collab/ds/GraphicalDomainC.h"
 #include "collab/ds/POINT.h"
@@ -61,13 +61,17 @@ private:
     GraphDataSetWinC(GraphDataSetWinC const &) = delete;
     GraphDataSetWinC &operator=(GraphDataSetWinC const &) = delete;
 
+    static bool allocate(std::size_t capacity, std::unique_ptr<POINT[]> &points,
+                         std::unique_ptr<unsigned char[]> &markers);
     bool reserveFront();
     bool reserveBack();
     bool relocate(std::size_t front, std::size_t back);
 
     // Point i lives at points_[begin_ + i]; its marker at markers_[begin_ + i + 1].
-    mutable std::vector<POINT> points_;
-    mutable std::vector<unsigned char> markers_;
+    // Points are left uninitialised until written; markers start at zero.
+    std::unique_ptr<POINT[]> points_;
+    std::unique_ptr<unsigned char[]> markers_;
+    std::size_t capacity_;
     std::size_t begin_;
     std::size_t end_;
     unsigned long reallocations_;
