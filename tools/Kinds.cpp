@@ -6,10 +6,18 @@
 
 #include "collab/ds/FloatDataSetC.h"
 #include "collab/esb/CartesianRelationServiceC.h"
+#include "collab/rel/ExponentialFunctionC.h"
+#include "collab/rel/LogarithmicFunctionC.h"
+#include "collab/rel/PowerFunctionC.h"
 #include "collab/rel/QuadraticFunctionC.h"
+#include "collab/rel/SinusoidalFunctionC.h"
 #include "collab/rel/SketchC.h"
 #include "Errors.h"
+#include "evalg/ExponentialFunctionEvalC.h"
+#include "evalg/LogarithmicFunctionEvalC.h"
+#include "evalg/PowerFunctionEvalC.h"
 #include "evalg/QuadraticFunctionEvalC.h"
+#include "evalg/SinusoidalFunctionEvalC.h"
 #include "evalg/SketchEvalC.h"
 #include "Numbers.h"
 #include "SampledDrawing.h"
@@ -45,7 +53,7 @@ ParamSpec text(std::string name, std::string def, std::string meaning) {
     return ParamSpec{std::move(name), ParamType::Text, 0.0, std::move(def), std::move(meaning), 0.0, 0.0};
 }
 
-[[maybe_unused]] ParamSpec integer(std::string name, double def, double lo, double hi, std::string meaning) {
+ParamSpec integer(std::string name, double def, double lo, double hi, std::string meaning) {
     return ParamSpec{std::move(name), ParamType::Integer, def, "", std::move(meaning), lo, hi};
 }
 
@@ -122,14 +130,48 @@ KindSpec sketchKind() {
 }
 
 std::vector<KindSpec> makeKinds() {
-    ParamSpec const a1 = number("a", 1, "leading coefficient");
-    ParamSpec const h0 = number("h", 0, "x of the vertex");
-    ParamSpec const k0 = number("k", 0, "y of the vertex");
+    ParamSpec const a1 = number("a", 1, "coefficient a");
+    ParamSpec const b1 = number("b", 1, "coefficient b");
+    ParamSpec const h0 = number("h", 0, "shift along x");
+    ParamSpec const k0 = number("k", 0, "shift along y");
+    // Exponents are whole numbers that a double holds exactly.
+    double const exactInteger = 9007199254740992.0;
     std::vector<KindSpec> table;
     table.push_back(graphKind<evalg::QuadraticFunctionEvalC>(
         "quadratic", "y = a(x - h)^2 + k", {a1, h0, k0}, "QuadraticFunctionEvalC",
         [](Arguments const &a) { return new rel::QuadraticFunctionC(a.number("a"), a.number("h"), a.number("k")); },
         "a=0.25 h=1 k=-4"));
+    table.push_back(graphKind<evalg::PowerFunctionEvalC>(
+        "power", "y = a(x - h)^r + k, r a whole number",
+        {a1, h0, k0, integer("r", 1, -exactInteger, exactInteger, "exponent"),
+         integer("restriction", 0, 0, 2, "0: every x, 1: only x >= h, 2: only x <= h")},
+        "PowerFunctionEvalC",
+        [](Arguments const &a) {
+            return new rel::PowerFunctionC(a.number("a"), a.number("h"), a.number("k"),
+                                           static_cast<long long>(a.number("r")), // whole and in range: checked
+                                           static_cast<rel::PowerFunctionDomainRestrictionE>(int(a.number("restriction"))));
+        },
+        "a=0.5 h=1 k=-1 r=-1"));
+    table.push_back(graphKind<evalg::ExponentialFunctionEvalC>(
+        "exp", "y = b e^(r x) + k", {b1, number("r", 1, "exponent coefficient"), k0}, "ExponentialFunctionEvalC",
+        [](Arguments const &a) { return new rel::ExponentialFunctionC(a.number("b"), a.number("r"), a.number("k")); },
+        "b=0.5 r=0.5 k=-3"));
+    table.push_back(graphKind<evalg::LogarithmicFunctionEvalC>(
+        "log", "y = b log_base(a(x - h)) + k", {a1, b1, h0, k0, number("base", 10, "base of the logarithm")},
+        "LogarithmicFunctionEvalC",
+        [](Arguments const &a) {
+            return new rel::LogarithmicFunctionC(a.number("a"), a.number("b"), a.number("h"), a.number("k"),
+                                                 a.number("base"));
+        },
+        "b=2 h=-7 k=-3 base=2"));
+    for (bool sine : {true, false})
+        table.push_back(graphKind<evalg::SinusoidalFunctionEvalC>(
+            sine ? "sin" : "cos", sine ? "y = b sin(a(x - h)) + k" : "y = b cos(a(x - h)) + k", {a1, b1, h0, k0},
+            "SinusoidalFunctionEvalC",
+            [sine](Arguments const &a) {
+                return new rel::SinusoidalFunctionC(a.number("a"), a.number("b"), a.number("h"), a.number("k"), sine);
+            },
+            sine ? "a=1.5 b=3 h=0.5" : "a=0.5 b=4 k=-0.5"));
     table.push_back(sampledKind());
     table.push_back(sketchKind());
     return table;

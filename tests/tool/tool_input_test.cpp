@@ -48,6 +48,8 @@ std::vector<BadInput> badInputs() {
         {"unknown option", {"plot", "quadratic", "--colour", "-o", "out.png"}, "--colour"},
         {"no relation", {"plot", "-o", "out.png"}, "relation"},
         {"bad relation after --and", {"plot", "quadratic", "--and", "cubic", "-o", "out.png"}, "unknown kind 'cubic'"},
+        {"fractional exponent", {"plot", "power", "r=1.5", "-o", "out.png"}, "'1.5' is not a whole number"},
+        {"unknown restriction", {"plot", "power", "restriction=3", "-o", "out.png"}, "from 0 to 2"},
         {"sampled without of", {"plot", "sampled", "-o", "out.png"}, "of=KIND is required"},
         {"sampled of itself", {"plot", "sampled", "of=sampled", "-o", "out.png"}, "of='sampled'"},
         {"subdivisions too many", {"plot", "sampled", "of=quadratic", "subdivisions=70000", "-o", "out.png"},

@@ -8,10 +8,18 @@
 
 #include "collab/esb/CartesianRelationServiceC.h"
 #include "collab/ds/FloatDataSetC.h"
+#include "collab/rel/ExponentialFunctionC.h"
+#include "collab/rel/LogarithmicFunctionC.h"
+#include "collab/rel/PowerFunctionC.h"
 #include "collab/rel/QuadraticFunctionC.h"
+#include "collab/rel/SinusoidalFunctionC.h"
 #include "collab/rel/SketchC.h"
+#include "evalg/ExponentialFunctionEvalC.h"
 #include "evalg/GeneralEvalC.h"
+#include "evalg/LogarithmicFunctionEvalC.h"
+#include "evalg/PowerFunctionEvalC.h"
 #include "evalg/QuadraticFunctionEvalC.h"
+#include "evalg/SinusoidalFunctionEvalC.h"
 #include "evalg/SketchEvalC.h"
 #include "ToolRun.h"
 
@@ -95,6 +103,18 @@ std::vector<PlotCase> plotCases() {
          drawnBy<Q>(new rel::QuadraticFunctionC(0, 0, 2.5))},
         {"quadratic small window", {"quadratic", "a=-3", "h=0.3", "k=1"}, {-1, 1, -2, 2.5, 41, 31},
          "QuadraticFunctionEvalC", drawnBy<Q>(new rel::QuadraticFunctionC(-3, 0.3, 1))},
+        {"power with a pole", {"power", "a=0.5", "h=1", "k=-1", "r=-1"}, handheld, "PowerFunctionEvalC",
+         drawnBy<evalg::PowerFunctionEvalC>(new rel::PowerFunctionC(0.5, 1, -1, -1, rel::POWER_DOMAIN_UNRESTRICTED))},
+        {"power restricted", {"power", "r=3", "a=-0.2", "restriction=2", "h=0.5"}, handheld, "PowerFunctionEvalC",
+         drawnBy<evalg::PowerFunctionEvalC>(new rel::PowerFunctionC(-0.2, 0.5, 0, 3, rel::POWER_DOMAIN_LEFT_OF_H))},
+        {"exp", {"exp", "b=-2", "r=0.3", "k=1"}, {-3, 12, -40, 2, 121, 81}, "ExponentialFunctionEvalC",
+         drawnBy<evalg::ExponentialFunctionEvalC>(new rel::ExponentialFunctionC(-2, 0.3, 1))},
+        {"log", {"log", "a=-1", "b=3", "h=2", "base=2.718281828459045"}, handheld, "LogarithmicFunctionEvalC",
+         drawnBy<evalg::LogarithmicFunctionEvalC>(new rel::LogarithmicFunctionC(-1, 3, 2, 0, 2.718281828459045))},
+        {"sin leaving the window", {"sin", "a=2", "b=7", "k=1"}, handheld, "SinusoidalFunctionEvalC",
+         drawnBy<evalg::SinusoidalFunctionEvalC>(new rel::SinusoidalFunctionC(2, 7, 0, 1, true))},
+        {"cos", {"cos", "h=-1", "a=0.75"}, {-10, 10, -1.5, 1.5, 200, 40}, "SinusoidalFunctionEvalC",
+         drawnBy<evalg::SinusoidalFunctionEvalC>(new rel::SinusoidalFunctionC(0.75, 1, -1, 0, false))},
         {"sampled quadratic", {"sampled", "of=quadratic", "a=0.5", "h=-2", "k=-3"}, handheld, "GeneralEvalC",
          sampledBy(100, new rel::QuadraticFunctionC(0.5, -2, -3))},
         {"sampled few subdivisions", {"sampled", "subdivisions=2.5", "of=quadratic", "a=-40"}, {-1, 1, -1, 1, 21, 21},
