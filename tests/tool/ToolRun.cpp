@@ -1,6 +1,7 @@
 #include "ToolRun.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <filesystem>
 #include <fcntl.h>
@@ -88,6 +89,24 @@ Png readPng(std::string const &path) {
     out.height = image.height;
     out.pixels = std::move(pixels);
     return out;
+}
+
+std::vector<std::string> quotedAfter(std::string const &text, std::string const &prefix) {
+    std::vector<std::string> out;
+    std::string const open = prefix + "\"";
+    for (std::size_t at = text.find(open); at != std::string::npos; at = text.find(open, at)) {
+        at += open.size();
+        std::size_t close = text.find('"', at);
+        if (close == std::string::npos) break;
+        out.push_back(text.substr(at, close - at));
+    }
+    return out;
+}
+
+std::string testName(std::string name) {
+    for (char &c : name)
+        if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+    return name;
 }
 
 nlohmann::json pointsJson(qelt::oss::PointerTC<qelt::mathapp::ds::GraphDataSetWinC> const &set) {

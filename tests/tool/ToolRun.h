@@ -47,6 +47,12 @@ struct Png {
 };
 Png readPng(std::string const &path);
 
+// The text between the quotes of every prefix"..." in text, in order.
+std::vector<std::string> quotedAfter(std::string const &text, std::string const &prefix);
+
+// A case name as a test name: anything but letters and digits becomes '_'.
+std::string testName(std::string name);
+
 // Pixel points with their marker bytes, as [column, row, markers] arrays.
 nlohmann::json pointsJson(qelt::oss::PointerTC<qelt::mathapp::ds::GraphDataSetWinC> const &set);
 

@@ -1,7 +1,6 @@
 // evalg table, sketch and gallery, end to end, against the library.
 #include <cmath>
 #include <gtest/gtest.h>
-#include <regex>
 #include <set>
 #include <sstream>
 
@@ -27,7 +26,7 @@ namespace evalg = qelt::mathapp::evalg;
 struct TableCase {
     char const *name;
     std::vector<std::string> args;
-    rel::RelationC *relation;
+    PointerTC<rel::RelationC> relation;
     std::vector<double> xs;
 };
 
@@ -46,7 +45,7 @@ class Tables : public ::testing::TestWithParam<TableCase> {};
 
 TEST_P(Tables, RowsAreTheLibrarysWithGapsForMissingValues) {
     TableCase const &c = GetParam();
-    qelt::mathapp::esb::CartesianRelationServiceC service{PointerTC<rel::RelationC>(c.relation)};
+    qelt::mathapp::esb::CartesianRelationServiceC service(c.relation);
     PointerTC<ds::TableDataSet2C> table = evalg::CartesianRelationTableEvalC().evaluateTable2(service, c.xs);
     std::vector<ds::FloatPoint2C *> const &expected = table->getPoints();
     Folder f;
@@ -83,7 +82,7 @@ TEST_P(Tables, RowsAreTheLibrarysWithGapsForMissingValues) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Tool, Tables, ::testing::ValuesIn(tableCases()),
-                         [](auto const &info) { return std::regex_replace(info.param.name, std::regex(" "), "_"); });
+                         [](auto const &info) { return testName(info.param.name); });
 
 struct SketchCase {
     char const *name;
@@ -156,8 +155,7 @@ TEST(Gallery, WritesEveryFileItPromises) {
     ASSERT_EQ(f.entries(), std::vector<std::string>{"shown"});
     std::string html = f.read("shown/index.html");
     std::set<std::string> promised;
-    std::regex src("src=\"([^\"]+)\"");
-    for (std::sregex_iterator it(html.begin(), html.end(), src), end; it != end; ++it) promised.insert((*it)[1]);
+    for (std::string const &file : quotedAfter(html, "src=")) promised.insert(file);
     std::set<std::string> expected{"gallery.png"};
     for (std::string const &k : kinds) expected.insert(k + ".png");
     EXPECT_EQ(promised, expected);

@@ -96,12 +96,8 @@ TEST_P(BadInputs, ExitTwoWithOneLineAndNoFile) {
     EXPECT_EQ(f.entries(), before);
 }
 
-INSTANTIATE_TEST_SUITE_P(Tool, BadInputs, ::testing::ValuesIn(badInputs()), [](auto const &info) {
-    std::string name = info.param.name;
-    for (char &ch : name)
-        if (!isalnum(static_cast<unsigned char>(ch))) ch = '_';
-    return name;
-});
+INSTANTIATE_TEST_SUITE_P(Tool, BadInputs, ::testing::ValuesIn(badInputs()),
+                         [](auto const &info) { return testName(info.param.name); });
 
 TEST(OutputFiles, AFailedRunLeavesAnExistingFileAsItWas) {
     Folder f;
