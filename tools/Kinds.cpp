@@ -91,7 +91,7 @@ KindSpec sampledKind() {
     KindSpec k;
     k.name = "sampled";
     k.curve = "the relation of=KIND, sampled column by column";
-    k.params = {text("of", "", "the kind whose relation is sampled"),
+    k.params = {text("of", "", "KIND"),
                 number("subdivisions", 100, "samples in a column where the branch count jumps")};
     // The sampled evaluator's refinement loop counts in 16 bits: more
     // subdivisions than that would never end.
@@ -111,7 +111,7 @@ KindSpec sketchKind() {
     KindSpec k;
     k.name = "sketch";
     k.curve = "the points of file=FILE, a JSON or CSV list of x,y";
-    k.params = {text("file", "", "the sketch's points")};
+    k.params = {text("file", "", "FILE")};
     k.evaluator = "SketchEvalC";
     k.draw = [](Arguments const &a, Window const &w) {
         std::string const &file = a.text("file");
@@ -183,8 +183,10 @@ std::string joinNames(std::vector<ParamSpec> const &params) {
     return out;
 }
 
+// A text parameter without a default shows what it takes instead.
 std::string formatDefault(ParamSpec const &p) {
-    return p.type == ParamType::Text ? "\"" + p.text + "\"" : formatNumber(p.number);
+    if (p.type != ParamType::Text) return formatNumber(p.number);
+    return p.text.empty() ? p.meaning : p.text;
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #include "Errors.h"
 
@@ -75,10 +76,17 @@ std::vector<double> parseNumberList(std::string const &text, std::string const &
 std::string formatNumber(double v) {
     if (std::isnan(v)) return "nan";
     if (std::isinf(v)) return v > 0 ? "inf" : "-inf";
-    char buffer[40];
+    char buffer[64];
     for (int precision = 1; precision <= 17; ++precision) {
         std::snprintf(buffer, sizeof buffer, "%.*g", precision, v);
         if (std::strtod(buffer, nullptr) == v) break;
+    }
+    // %g writes 10 as 1e+01; numbers of ordinary size read better without an exponent.
+    if (std::strchr(buffer, 'e') && std::fabs(v) >= 1e-5 && std::fabs(v) < 1e15) {
+        for (int decimals = 0; decimals <= 25; ++decimals) {
+            std::snprintf(buffer, sizeof buffer, "%.*f", decimals, v);
+            if (std::strtod(buffer, nullptr) == v) break;
+        }
     }
     return buffer;
 }
