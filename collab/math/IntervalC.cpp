@@ -1,0 +1,453 @@
+#include "collab/math/IntervalC.h"
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+
+namespace qelt {
+namespace math {
+
+namespace {
+
+double const inf = std::numeric_limits<double>::infinity();
+double const pi = 3.14159265358979323846;
+// Beyond this size the period of sin, cos and tan is no longer resolved by a
+// double division: such inputs get the whole range.
+double const periodicLimit = 1e12;
+
+// Two ulps: the core functions of the C library are within one ulp of the
+// true value, and the double evaluation uses those same functions.
+double down2(double v) { return IntervalC::down(IntervalC::down(v)); }
+double up2(double v) { return IntervalC::up(IntervalC::up(v)); }
+
+// Relative widening for the power rule, whose whole exponents go through
+// repeated squaring (a few roundings) and the rest through std::pow.
+double downWide(double v) { return std::isfinite(v) ? down2(v - std::fabs(v) * 0x1p-45) : IntervalC::down(v); }
+double upWide(double v) { return std::isfinite(v) ? up2(v + std::fabs(v) * 0x1p-45) : IntervalC::up(v); }
+
+// Whether some point offset + k*period, k whole, may lie in [a, b]. The
+// margin covers the rounding of the division and of offset and period
+// themselves, so the answer errs on yes.
+bool mayHold(double a, double b, double offset, double period) {
+    double ta = (a - offset) / period;
+    double tb = (b - offset) / period;
+    double margin = 1e-15 * (std::fabs(ta) + std::fabs(tb) + 1.0);
+    return std::floor(tb + margin) >= std::ceil(ta - margin);
+}
+
+bool periodicResolved(IntervalC const &a, double period) {
+    return std::fabs(a.lo) <= periodicLimit && std::fabs(a.hi) <= periodicLimit && a.hi - a.lo < period;
+}
+
+IntervalC withFlags(IntervalC r, IntervalC const &a) {
+    r.partial = r.partial || a.partial;
+    r.mayJump = r.mayJump || a.mayJump;
+    return r;
+}
+
+IntervalC withFlags(IntervalC r, IntervalC const &a, IntervalC const &b) {
+    return withFlags(withFlags(r, a), b);
+}
+
+// An empty result that keeps the operands' flags.
+IntervalC emptyFrom(IntervalC const &a, IntervalC const &b) { return withFlags(IntervalC::none(), a, b); }
+
+// The lower and upper bound of a sum, exact when the sum is: the two-sum
+// error term tells which way the rounding went.
+double sumDown(double a, double b) {
+    double s = a + b;
+    if (!std::isfinite(s)) return IntervalC::down(s);
+    double bb = s - a;
+    double err = (a - (s - bb)) + (b - bb);
+    return err < 0 ? IntervalC::down(s) : s;
+}
+
+double sumUp(double a, double b) {
+    double s = a + b;
+    if (!std::isfinite(s)) return IntervalC::up(s);
+    double bb = s - a;
+    double err = (a - (s - bb)) + (b - bb);
+    return err > 0 ? IntervalC::up(s) : s;
+}
+
+// Products and quotients of bounds; a zero factor (or a unit one) is exact,
+// which also makes 0 times an infinite bound 0, the limit of the finite
+// values that the bound stands for.
+double productDown(double a, double b) {
+    if (a == 0 || b == 0) return 0;
+    if (a == 1) return b;
+    if (b == 1) return a;
+    return IntervalC::down(a * b);
+}
+
+double productUp(double a, double b) {
+    if (a == 0 || b == 0) return 0;
+    if (a == 1) return b;
+    if (b == 1) return a;
+    return IntervalC::up(a * b);
+}
+
+double quotientDown(double a, double b) { return a == 0 ? 0 : IntervalC::down(a / b); }
+double quotientUp(double a, double b) { return a == 0 ? 0 : IntervalC::up(a / b); }
+
+double min4(double a, double b, double c, double d) {
+    double m = a < b ? a : b;
+    m = m < c ? m : c;
+    return m < d ? m : d;
+}
+
+double max4(double a, double b, double c, double d) {
+    double m = a > b ? a : b;
+    m = m > c ? m : c;
+    return m > d ? m : d;
+}
+
+// v^m for v >= 0 by the same repeated squaring as the double evaluation,
+// every product rounded one way, so the result bounds both the real power
+// and the double one (rounding is monotonic).
+double magnitudePower(double v, int m, bool upward) {
+    double result = 1.0;
+    double base = v;
+    while (m != 0) {
+        if (m & 1) result = upward ? productUp(result, base) : productDown(result, base);
+        m >>= 1;
+        if (m != 0) base = upward ? productUp(base, base) : productDown(base, base);
+    }
+    return result;
+}
+
+double signOf(double v) { return v > 0 ? 1.0 : (v < 0 ? -1.0 : 0.0); }
+
+// The double power rule at one corner of a box, for a base of at least 0.
+double cornerPower(double base, double exponent) { return std::pow(base, exponent); }
+
+bool isWhole(double v) { return std::isfinite(v) && std::floor(v) == v; }
+
+} // namespace
+
+IntervalC::IntervalC() : lo(0), hi(0), empty(false), partial(false), mayJump(false) {}
+
+IntervalC::IntervalC(double l, double h) : lo(l), hi(h), empty(false), partial(false), mayJump(false) {}
+
+IntervalC IntervalC::point(double v) {
+    if (std::isnan(v)) return none();
+    return IntervalC(v, v);
+}
+
+IntervalC IntervalC::none() {
+    IntervalC r(inf, -inf);
+    r.empty = true;
+    return r;
+}
+
+IntervalC IntervalC::whole() { return IntervalC(-inf, inf); }
+
+double IntervalC::down(double v) {
+    if (std::isnan(v)) return -inf;
+    if (v == inf) return std::numeric_limits<double>::max();
+    if (v == -inf) return v;
+    if (v == 0) return -std::numeric_limits<double>::denorm_min();
+    std::uint64_t bits;
+    std::memcpy(&bits, &v, sizeof bits);
+    // Away from zero for negatives, toward zero for positives.
+    bits = v > 0 ? bits - 1 : bits + 1;
+    std::memcpy(&v, &bits, sizeof bits);
+    return v;
+}
+
+double IntervalC::up(double v) {
+    if (std::isnan(v)) return inf;
+    if (v == -inf) return -std::numeric_limits<double>::max();
+    if (v == inf) return v;
+    if (v == 0) return std::numeric_limits<double>::denorm_min();
+    std::uint64_t bits;
+    std::memcpy(&bits, &v, sizeof bits);
+    bits = v > 0 ? bits + 1 : bits - 1;
+    std::memcpy(&v, &bits, sizeof bits);
+    return v;
+}
+
+IntervalC IntervalC::neg(IntervalC const &a) {
+    if (a.empty) return a;
+    IntervalC r = a;
+    r.lo = -a.hi;
+    r.hi = -a.lo;
+    return r;
+}
+
+IntervalC IntervalC::add(IntervalC const &a, IntervalC const &b) {
+    if (a.empty || b.empty) return emptyFrom(a, b);
+    return withFlags(IntervalC(sumDown(a.lo, b.lo), sumUp(a.hi, b.hi)), a, b);
+}
+
+IntervalC IntervalC::sub(IntervalC const &a, IntervalC const &b) { return add(a, neg(b)); }
+
+IntervalC IntervalC::mul(IntervalC const &a, IntervalC const &b) {
+    if (a.empty || b.empty) return emptyFrom(a, b);
+    double l = min4(productDown(a.lo, b.lo), productDown(a.lo, b.hi), productDown(a.hi, b.lo),
+                    productDown(a.hi, b.hi));
+    double h = max4(productUp(a.lo, b.lo), productUp(a.lo, b.hi), productUp(a.hi, b.lo), productUp(a.hi, b.hi));
+    return withFlags(IntervalC(l, h), a, b);
+}
+
+IntervalC IntervalC::div(IntervalC const &a, IntervalC const &b) {
+    if (a.empty || b.empty) return emptyFrom(a, b);
+    if (b.lo <= 0 && b.hi >= 0) {
+        // Dividing by exactly 0 gives an infinity or NaN: never a value.
+        if (b.lo == 0 && b.hi == 0) return emptyFrom(a, b);
+        IntervalC r = withFlags(IntervalC(0, 0), a, b);
+        r.partial = true;
+        if (a.lo == 0 && a.hi == 0) return r;
+        // A pole inside: the quotient runs off to both infinities.
+        r.lo = -inf;
+        r.hi = inf;
+        r.mayJump = true;
+        return r;
+    }
+    double l = min4(quotientDown(a.lo, b.lo), quotientDown(a.lo, b.hi), quotientDown(a.hi, b.lo),
+                    quotientDown(a.hi, b.hi));
+    double h = max4(quotientUp(a.lo, b.lo), quotientUp(a.lo, b.hi), quotientUp(a.hi, b.lo),
+                    quotientUp(a.hi, b.hi));
+    return withFlags(IntervalC(l, h), a, b);
+}
+
+IntervalC IntervalC::powInt(IntervalC const &a, int n) {
+    // x^0 is 1 for every x, a missing one included, as in the double rule.
+    if (n == 0) return point(1.0);
+    if (a.empty) return a;
+    int m = n < 0 ? -n : n;
+    IntervalC p;
+    if (m % 2 == 0) {
+        double lowMag = (a.lo <= 0 && a.hi >= 0) ? 0.0 : (a.lo > 0 ? a.lo : -a.hi);
+        double highMag = std::fabs(a.lo) > std::fabs(a.hi) ? std::fabs(a.lo) : std::fabs(a.hi);
+        p = IntervalC(magnitudePower(lowMag, m, false), magnitudePower(highMag, m, true));
+    } else {
+        // Odd powers keep the sign; rounding is symmetric, so a negative base
+        // gives the negated power of its magnitude.
+        p.lo = a.lo >= 0 ? magnitudePower(a.lo, m, false) : -magnitudePower(-a.lo, m, true);
+        p.hi = a.hi >= 0 ? magnitudePower(a.hi, m, true) : -magnitudePower(-a.hi, m, false);
+    }
+    p = withFlags(p, a);
+    return n > 0 ? p : div(point(1.0), p);
+}
+
+IntervalC IntervalC::pow(IntervalC const &a, IntervalC const &b) {
+    // 1^y and x^0 are 1 whatever the other operand, as in the double rule.
+    if (a.isPoint() && a.lo == 1) return withFlags(point(1.0), a);
+    if (b.isPoint() && b.lo == 0) return point(1.0);
+    if (a.empty || b.empty) return emptyFrom(a, b);
+    if (b.isPoint() && isWhole(b.lo) && std::fabs(b.lo) <= 64)
+        return withFlags(powInt(a, static_cast<int>(b.lo)), b);
+    if (b.isPoint() && isWhole(b.lo)) {
+        // A whole exponent beyond repeated squaring: std::pow, defined for
+        // negative bases too, even or odd in them as the exponent is.
+        double e = b.lo;
+        bool even = std::fmod(e, 2.0) == 0;
+        IntervalC base = a;
+        if (even) {
+            double lowMag = (a.lo <= 0 && a.hi >= 0) ? 0.0 : (a.lo > 0 ? a.lo : -a.hi);
+            double highMag = std::fabs(a.lo) > std::fabs(a.hi) ? std::fabs(a.lo) : std::fabs(a.hi);
+            base = IntervalC(lowMag, highMag);
+        }
+        if (base.lo <= 0 && base.hi >= 0 && e < 0) {
+            IntervalC r = withFlags(whole(), a);
+            r.partial = r.mayJump = true;
+            return r;
+        }
+        double p1 = std::pow(base.lo, e);
+        double p2 = std::pow(base.hi, e);
+        IntervalC r(downWide(p1 < p2 ? p1 : p2), upWide(p1 < p2 ? p2 : p1));
+        return withFlags(r, a);
+    }
+    if (a.hi < 0 && b.isPoint()) return emptyFrom(a, b);
+    if (a.lo < 0) {
+        if (!b.isPoint()) {
+            // Negative bases have values only at whole exponents, of either
+            // sign: bound their size and give up on continuity.
+            double lowMag = (a.lo <= 0 && a.hi >= 0) ? 0.0 : (a.lo > 0 ? a.lo : -a.hi);
+            double highMag = std::fabs(a.lo) > std::fabs(a.hi) ? std::fabs(a.lo) : std::fabs(a.hi);
+            double big = max4(cornerPower(lowMag, b.lo), cornerPower(lowMag, b.hi), cornerPower(highMag, b.lo),
+                              cornerPower(highMag, b.hi));
+            IntervalC r = withFlags(IntervalC(-upWide(big), upWide(big)), a, b);
+            r.partial = r.mayJump = true;
+            return r;
+        }
+    }
+    // From here the base is taken as at least 0; a point exponent that is not
+    // whole gives no value at a negative base.
+    IntervalC base(a.lo < 0 ? 0.0 : a.lo, a.hi);
+    double c1 = cornerPower(base.lo, b.lo);
+    double c2 = cornerPower(base.lo, b.hi);
+    double c3 = cornerPower(base.hi, b.lo);
+    double c4 = cornerPower(base.hi, b.hi);
+    // pow is monotonic in each argument for a base of at least 0, so the
+    // corners bound the box.
+    IntervalC r = withFlags(IntervalC(downWide(min4(c1, c2, c3, c4)), upWide(max4(c1, c2, c3, c4))), a, b);
+    if (base.lo < 0 || r.lo < 0) r.lo = r.lo < 0 && base.lo >= 0 ? 0.0 : r.lo;
+    if (a.lo < 0) r.partial = true;
+    if (base.lo == 0 && b.lo < 0) {
+        // 0 to a negative power is an infinity: a pole at the base's edge.
+        r.hi = inf;
+        r.partial = true;
+    }
+    if (base.lo == 0 && b.lo <= 0 && b.hi >= 0) r.mayJump = true;
+    return r;
+}
+
+IntervalC IntervalC::sin(IntervalC const &a) {
+    if (a.empty) return a;
+    if (!periodicResolved(a, 2 * pi)) return withFlags(IntervalC(-1, 1), a);
+    double s1 = std::sin(a.lo);
+    double s2 = std::sin(a.hi);
+    double l = down2(s1 < s2 ? s1 : s2);
+    double h = up2(s1 < s2 ? s2 : s1);
+    if (mayHold(a.lo, a.hi, pi / 2, 2 * pi)) h = 1;
+    if (mayHold(a.lo, a.hi, -pi / 2, 2 * pi)) l = -1;
+    return withFlags(IntervalC(l < -1 ? -1 : l, h > 1 ? 1 : h), a);
+}
+
+IntervalC IntervalC::cos(IntervalC const &a) {
+    if (a.empty) return a;
+    if (!periodicResolved(a, 2 * pi)) return withFlags(IntervalC(-1, 1), a);
+    double c1 = std::cos(a.lo);
+    double c2 = std::cos(a.hi);
+    double l = down2(c1 < c2 ? c1 : c2);
+    double h = up2(c1 < c2 ? c2 : c1);
+    if (mayHold(a.lo, a.hi, 0, 2 * pi)) h = 1;
+    if (mayHold(a.lo, a.hi, pi, 2 * pi)) l = -1;
+    return withFlags(IntervalC(l < -1 ? -1 : l, h > 1 ? 1 : h), a);
+}
+
+IntervalC IntervalC::tan(IntervalC const &a) {
+    if (a.empty) return a;
+    if (!periodicResolved(a, pi) || mayHold(a.lo, a.hi, pi / 2, pi)) {
+        IntervalC r = withFlags(whole(), a);
+        r.mayJump = true;
+        return r;
+    }
+    // No pole inside: tan rises across the whole interval.
+    return withFlags(IntervalC(down2(std::tan(a.lo)), up2(std::tan(a.hi))), a);
+}
+
+IntervalC IntervalC::asin(IntervalC const &a) {
+    if (a.empty) return a;
+    if (a.hi < -1 || a.lo > 1) return withFlags(none(), a);
+    IntervalC r(down2(std::asin(a.lo < -1 ? -1.0 : a.lo)), up2(std::asin(a.hi > 1 ? 1.0 : a.hi)));
+    r = withFlags(r, a);
+    if (a.lo < -1 || a.hi > 1) r.partial = true;
+    return r;
+}
+
+IntervalC IntervalC::acos(IntervalC const &a) {
+    if (a.empty) return a;
+    if (a.hi < -1 || a.lo > 1) return withFlags(none(), a);
+    // Falling: the upper end of the input gives the lower bound.
+    IntervalC r(down2(std::acos(a.hi > 1 ? 1.0 : a.hi)), up2(std::acos(a.lo < -1 ? -1.0 : a.lo)));
+    if (r.lo < 0) r.lo = 0;
+    r = withFlags(r, a);
+    if (a.lo < -1 || a.hi > 1) r.partial = true;
+    return r;
+}
+
+IntervalC IntervalC::atan(IntervalC const &a) {
+    if (a.empty) return a;
+    return withFlags(IntervalC(down2(std::atan(a.lo)), up2(std::atan(a.hi))), a);
+}
+
+IntervalC IntervalC::sinh(IntervalC const &a) {
+    if (a.empty) return a;
+    return withFlags(IntervalC(down2(std::sinh(a.lo)), up2(std::sinh(a.hi))), a);
+}
+
+IntervalC IntervalC::cosh(IntervalC const &a) {
+    if (a.empty) return a;
+    double c1 = std::cosh(a.lo);
+    double c2 = std::cosh(a.hi);
+    double h = up2(c1 > c2 ? c1 : c2);
+    // The minimum 1 sits at 0 when 0 is inside.
+    double l = (a.lo <= 0 && a.hi >= 0) ? 1.0 : down2(c1 < c2 ? c1 : c2);
+    return withFlags(IntervalC(l < 1 ? 1.0 : l, h), a);
+}
+
+IntervalC IntervalC::tanh(IntervalC const &a) {
+    if (a.empty) return a;
+    double l = down2(std::tanh(a.lo));
+    double h = up2(std::tanh(a.hi));
+    return withFlags(IntervalC(l < -1 ? -1.0 : l, h > 1 ? 1.0 : h), a);
+}
+
+IntervalC IntervalC::exp(IntervalC const &a) {
+    if (a.empty) return a;
+    double l = down2(std::exp(a.lo));
+    return withFlags(IntervalC(l < 0 ? 0.0 : l, up2(std::exp(a.hi))), a);
+}
+
+namespace {
+
+// ln and log10: values only for inputs above 0 (the infinity at 0 is not one);
+// the curve falls without bound toward the domain's edge.
+template <class LogT>
+IntervalC logarithm(IntervalC const &a, LogT log) {
+    if (a.empty) return a;
+    if (!(a.hi > 0)) return withFlags(IntervalC::none(), a);
+    IntervalC r(a.lo > 0 ? down2(log(a.lo)) : -inf, up2(log(a.hi)));
+    r = withFlags(r, a);
+    if (!(a.lo > 0)) r.partial = true;
+    return r;
+}
+
+} // namespace
+
+IntervalC IntervalC::ln(IntervalC const &a) {
+    return logarithm(a, [](double v) { return std::log(v); });
+}
+
+IntervalC IntervalC::log10(IntervalC const &a) {
+    return logarithm(a, [](double v) { return std::log10(v); });
+}
+
+IntervalC IntervalC::sqrt(IntervalC const &a) {
+    if (a.empty) return a;
+    if (a.hi < 0) return withFlags(none(), a);
+    double low = std::sqrt(a.lo < 0 ? 0.0 : a.lo);
+    // sqrt is correctly rounded, and exact at 0.
+    IntervalC r(low == 0 ? 0.0 : down(low), up(std::sqrt(a.hi)));
+    r = withFlags(r, a);
+    if (a.lo < 0) r.partial = true;
+    return r;
+}
+
+IntervalC IntervalC::abs(IntervalC const &a) {
+    if (a.empty) return a;
+    IntervalC r = a;
+    if (a.lo >= 0) return r;
+    if (a.hi <= 0) return neg(a);
+    r.lo = 0;
+    r.hi = -a.lo > a.hi ? -a.lo : a.hi;
+    return r;
+}
+
+IntervalC IntervalC::floor(IntervalC const &a) {
+    if (a.empty) return a;
+    IntervalC r = withFlags(IntervalC(std::floor(a.lo), std::floor(a.hi)), a);
+    if (r.lo != r.hi) r.mayJump = true;
+    return r;
+}
+
+IntervalC IntervalC::ceil(IntervalC const &a) {
+    if (a.empty) return a;
+    IntervalC r = withFlags(IntervalC(std::ceil(a.lo), std::ceil(a.hi)), a);
+    if (r.lo != r.hi) r.mayJump = true;
+    return r;
+}
+
+IntervalC IntervalC::sign(IntervalC const &a) {
+    if (a.empty) return a;
+    IntervalC r = withFlags(IntervalC(signOf(a.lo), signOf(a.hi)), a);
+    if (r.lo != r.hi) r.mayJump = true;
+    return r;
+}
+
+} // namespace math
+} // namespace qelt
