@@ -71,25 +71,82 @@ double sumUp(double a, double b) {
     return err > 0 ? IntervalC::up(s) : s;
 }
 
-// Products and quotients of bounds; a zero factor (or a unit one) is exact,
-// which also makes 0 times an infinite bound 0, the limit of the finite
-// values that the bound stands for.
+// Where a product's rounding error can be computed exactly (no overflow in
+// the splitting, no underflow in the error): between these sizes.
+bool errorComputable(double a, double b, double p) {
+    return std::fabs(a) < 0x1p995 && std::fabs(b) < 0x1p995 && std::fabs(p) > 0x1p-960 && std::isfinite(p);
+}
+
+// The rounding error of p = a*b, exactly (Dekker's two-product; it relies on
+// the build not fusing multiply-adds).
+double productError(double a, double b, double p) {
+    double ca = 134217729.0 * a;
+    double ah = ca - (ca - a);
+    double al = a - ah;
+    double cb = 134217729.0 * b;
+    double bh = cb - (cb - b);
+    double bl = b - bh;
+    return ((ah * bh - p) + ah * bl + al * bh) + al * bl;
+}
+
+// The bounds of a product of two bounds, exact when the product is. A zero
+// factor is exact even against an infinite bound: 0 is the limit of the
+// finite values that the bound stands for.
+void productBounds(double a, double b, double &lo, double &hi) {
+    if (a == 0 || b == 0) {
+        lo = hi = 0;
+        return;
+    }
+    double p = a * b;
+    if (!errorComputable(a, b, p)) {
+        lo = IntervalC::down(p);
+        hi = IntervalC::up(p);
+        return;
+    }
+    double err = productError(a, b, p);
+    lo = err < 0 ? IntervalC::down(p) : p;
+    hi = err > 0 ? IntervalC::up(p) : p;
+}
+
 double productDown(double a, double b) {
-    if (a == 0 || b == 0) return 0;
-    if (a == 1) return b;
-    if (b == 1) return a;
-    return IntervalC::down(a * b);
+    double lo, hi;
+    productBounds(a, b, lo, hi);
+    return lo;
 }
 
 double productUp(double a, double b) {
-    if (a == 0 || b == 0) return 0;
-    if (a == 1) return b;
-    if (b == 1) return a;
-    return IntervalC::up(a * b);
+    double lo, hi;
+    productBounds(a, b, lo, hi);
+    return hi;
 }
 
-double quotientDown(double a, double b) { return a == 0 ? 0 : IntervalC::down(a / b); }
-double quotientUp(double a, double b) { return a == 0 ? 0 : IntervalC::up(a / b); }
+// The bounds of a quotient: the remainder a - q*b, computed exactly, tells
+// which side of q the true quotient lies.
+void quotientBounds(double a, double b, double &lo, double &hi) {
+    if (a == 0) {
+        lo = hi = 0;
+        return;
+    }
+    double q = a / b;
+    if (!errorComputable(q, b, q * b) || !std::isfinite(a) || !std::isfinite(b)) {
+        lo = IntervalC::down(q);
+        hi = IntervalC::up(q);
+        return;
+    }
+    double p = q * b;
+    double remainder = (a - p) - productError(q, b, p);
+    bool above = (remainder > 0) == (b > 0) && remainder != 0;
+    bool below = (remainder > 0) != (b > 0) && remainder != 0;
+    lo = below ? IntervalC::down(q) : q;
+    hi = above ? IntervalC::up(q) : q;
+}
+
+// Whether r is exactly the square root of v (r*r == v with no rounding).
+bool exactSquareRoot(double r, double v) {
+    if (r == 0) return v <= 0;
+    if (!errorComputable(r, r, r * r)) return false;
+    return r * r == v && productError(r, r, r * r) == 0;
+}
 
 double min4(double a, double b, double c, double d) {
     double m = a < b ? a : b;
@@ -121,6 +178,12 @@ double signOf(double v) { return v > 0 ? 1.0 : (v < 0 ? -1.0 : 0.0); }
 
 // The double power rule at one corner of a box, for a base of at least 0.
 double cornerPower(double base, double exponent) { return std::pow(base, exponent); }
+
+// Infinite bounds stand for values that overflowed, which the double
+// evaluation carries on as infinities: where an operation turns those into
+// NaN (inf - inf, 0 * inf, sin of inf), some inputs may have no value.
+bool unbounded(IntervalC const &a) { return !(std::isfinite(a.lo) && std::isfinite(a.hi)); }
+bool holdsZero(IntervalC const &a) { return a.lo <= 0 && a.hi >= 0; }
 
 bool isWhole(double v) { return std::isfinite(v) && std::floor(v) == v; }
 
@@ -178,24 +241,37 @@ IntervalC IntervalC::neg(IntervalC const &a) {
 
 IntervalC IntervalC::add(IntervalC const &a, IntervalC const &b) {
     if (a.empty || b.empty) return emptyFrom(a, b);
-    return withFlags(IntervalC(sumDown(a.lo, b.lo), sumUp(a.hi, b.hi)), a, b);
+    IntervalC r = withFlags(IntervalC(sumDown(a.lo, b.lo), sumUp(a.hi, b.hi)), a, b);
+    if ((a.hi == inf && b.lo == -inf) || (a.lo == -inf && b.hi == inf)) r.partial = true;
+    return r;
 }
 
 IntervalC IntervalC::sub(IntervalC const &a, IntervalC const &b) { return add(a, neg(b)); }
 
 IntervalC IntervalC::mul(IntervalC const &a, IntervalC const &b) {
     if (a.empty || b.empty) return emptyFrom(a, b);
-    double l = min4(productDown(a.lo, b.lo), productDown(a.lo, b.hi), productDown(a.hi, b.lo),
-                    productDown(a.hi, b.hi));
-    double h = max4(productUp(a.lo, b.lo), productUp(a.lo, b.hi), productUp(a.hi, b.lo), productUp(a.hi, b.hi));
-    return withFlags(IntervalC(l, h), a, b);
+    double l[4], h[4];
+    productBounds(a.lo, b.lo, l[0], h[0]);
+    productBounds(a.lo, b.hi, l[1], h[1]);
+    productBounds(a.hi, b.lo, l[2], h[2]);
+    productBounds(a.hi, b.hi, l[3], h[3]);
+    IntervalC r = withFlags(IntervalC(min4(l[0], l[1], l[2], l[3]), max4(h[0], h[1], h[2], h[3])), a, b);
+    if ((holdsZero(a) && unbounded(b)) || (holdsZero(b) && unbounded(a))) r.partial = true;
+    return r;
 }
 
 IntervalC IntervalC::div(IntervalC const &a, IntervalC const &b) {
     if (a.empty || b.empty) return emptyFrom(a, b);
     if (b.lo <= 0 && b.hi >= 0) {
-        // Dividing by exactly 0 gives an infinity or NaN: never a value.
-        if (b.lo == 0 && b.hi == 0) return emptyFrom(a, b);
+        if (b.lo == 0 && b.hi == 0) {
+            // Dividing by exactly 0 gives an infinity (which the double
+            // evaluation may carry on to a finite value, as atan does), or
+            // NaN for 0/0. Its sign is the zero's, which bounds do not keep.
+            IntervalC r = withFlags(whole(), a, b);
+            r.mayJump = true;
+            if (holdsZero(a)) r.partial = true;
+            return r;
+        }
         IntervalC r = withFlags(IntervalC(0, 0), a, b);
         r.partial = true;
         if (a.lo == 0 && a.hi == 0) return r;
@@ -205,11 +281,14 @@ IntervalC IntervalC::div(IntervalC const &a, IntervalC const &b) {
         r.mayJump = true;
         return r;
     }
-    double l = min4(quotientDown(a.lo, b.lo), quotientDown(a.lo, b.hi), quotientDown(a.hi, b.lo),
-                    quotientDown(a.hi, b.hi));
-    double h = max4(quotientUp(a.lo, b.lo), quotientUp(a.lo, b.hi), quotientUp(a.hi, b.lo),
-                    quotientUp(a.hi, b.hi));
-    return withFlags(IntervalC(l, h), a, b);
+    double l[4], h[4];
+    quotientBounds(a.lo, b.lo, l[0], h[0]);
+    quotientBounds(a.lo, b.hi, l[1], h[1]);
+    quotientBounds(a.hi, b.lo, l[2], h[2]);
+    quotientBounds(a.hi, b.hi, l[3], h[3]);
+    IntervalC r = withFlags(IntervalC(min4(l[0], l[1], l[2], l[3]), max4(h[0], h[1], h[2], h[3])), a, b);
+    if (unbounded(a) && unbounded(b)) r.partial = true;
+    return r;
 }
 
 IntervalC IntervalC::powInt(IntervalC const &a, int n) {
@@ -233,10 +312,19 @@ IntervalC IntervalC::powInt(IntervalC const &a, int n) {
 }
 
 IntervalC IntervalC::pow(IntervalC const &a, IntervalC const &b) {
-    // 1^y and x^0 are 1 whatever the other operand, as in the double rule.
+    // 1^y and x^0 are 1 whatever the other operand, as in the double rule;
+    // the one operand that matters keeps its flags.
     if (a.isPoint() && a.lo == 1) return withFlags(point(1.0), a);
-    if (b.isPoint() && b.lo == 0) return point(1.0);
-    if (a.empty || b.empty) return emptyFrom(a, b);
+    if (b.isPoint() && b.lo == 0) return withFlags(point(1.0), b);
+    if (a.empty || b.empty) {
+        // NaN^0 and 1^NaN are still 1.
+        if ((a.empty && !b.empty && holdsZero(b)) || (b.empty && !a.empty && a.lo <= 1 && a.hi >= 1)) {
+            IntervalC r = withFlags(point(1.0), a, b);
+            r.partial = true;
+            return r;
+        }
+        return emptyFrom(a, b);
+    }
     if (b.isPoint() && isWhole(b.lo) && std::fabs(b.lo) <= 64)
         return withFlags(powInt(a, static_cast<int>(b.lo)), b);
     if (b.isPoint() && isWhole(b.lo)) {
@@ -259,6 +347,14 @@ IntervalC IntervalC::pow(IntervalC const &a, IntervalC const &b) {
         double p2 = std::pow(base.hi, e);
         IntervalC r(downWide(p1 < p2 ? p1 : p2), upWide(p1 < p2 ? p2 : p1));
         return withFlags(r, a);
+    }
+    if (a.lo == -inf || (a.lo < 0 && unbounded(b))) {
+        // pow(-inf, y) and pow(x, +-inf) have values even where finite
+        // negative bases with finite exponents do not: too rare to bound
+        // closely.
+        IntervalC r = withFlags(whole(), a, b);
+        r.partial = r.mayJump = true;
+        return r;
     }
     if (a.hi < 0 && b.isPoint()) return emptyFrom(a, b);
     if (a.lo < 0) {
@@ -284,20 +380,34 @@ IntervalC IntervalC::pow(IntervalC const &a, IntervalC const &b) {
     // pow is monotonic in each argument for a base of at least 0, so the
     // corners bound the box.
     IntervalC r = withFlags(IntervalC(downWide(min4(c1, c2, c3, c4)), upWide(max4(c1, c2, c3, c4))), a, b);
-    if (base.lo < 0 || r.lo < 0) r.lo = r.lo < 0 && base.lo >= 0 ? 0.0 : r.lo;
+    // Never below 0 for a base of at least 0.
+    if (r.lo < 0) r.lo = 0;
     if (a.lo < 0) r.partial = true;
     if (base.lo == 0 && b.lo < 0) {
-        // 0 to a negative power is an infinity: a pole at the base's edge.
+        // 0 to a negative power is an infinity, of either sign (the zero's
+        // sign is not kept in bounds): a pole at the base's edge.
+        r.lo = -inf;
         r.hi = inf;
-        r.partial = true;
+        r.partial = r.mayJump = true;
     }
     if (base.lo == 0 && b.lo <= 0 && b.hi >= 0) r.mayJump = true;
     return r;
 }
 
+namespace {
+
+// The whole range of a periodic function, with no value at an infinity.
+IntervalC wholePeriod(IntervalC const &a, double lo, double hi) {
+    IntervalC r = withFlags(IntervalC(lo, hi), a);
+    if (unbounded(a)) r.partial = true;
+    return r;
+}
+
+} // namespace
+
 IntervalC IntervalC::sin(IntervalC const &a) {
     if (a.empty) return a;
-    if (!periodicResolved(a, 2 * pi)) return withFlags(IntervalC(-1, 1), a);
+    if (!periodicResolved(a, 2 * pi)) return wholePeriod(a, -1, 1);
     double s1 = std::sin(a.lo);
     double s2 = std::sin(a.hi);
     double l = down2(s1 < s2 ? s1 : s2);
@@ -309,7 +419,7 @@ IntervalC IntervalC::sin(IntervalC const &a) {
 
 IntervalC IntervalC::cos(IntervalC const &a) {
     if (a.empty) return a;
-    if (!periodicResolved(a, 2 * pi)) return withFlags(IntervalC(-1, 1), a);
+    if (!periodicResolved(a, 2 * pi)) return wholePeriod(a, -1, 1);
     double c1 = std::cos(a.lo);
     double c2 = std::cos(a.hi);
     double l = down2(c1 < c2 ? c1 : c2);
@@ -322,7 +432,7 @@ IntervalC IntervalC::cos(IntervalC const &a) {
 IntervalC IntervalC::tan(IntervalC const &a) {
     if (a.empty) return a;
     if (!periodicResolved(a, pi) || mayHold(a.lo, a.hi, pi / 2, pi)) {
-        IntervalC r = withFlags(whole(), a);
+        IntervalC r = wholePeriod(a, -inf, inf);
         r.mayJump = true;
         return r;
     }
@@ -385,15 +495,15 @@ IntervalC IntervalC::exp(IntervalC const &a) {
 
 namespace {
 
-// ln and log10: values only for inputs above 0 (the infinity at 0 is not one);
-// the curve falls without bound toward the domain's edge.
+// ln and log10: no value below 0, -infinity at 0 (which the double
+// evaluation may carry on), so the curve falls without bound toward 0.
 template <class LogT>
 IntervalC logarithm(IntervalC const &a, LogT log) {
     if (a.empty) return a;
-    if (!(a.hi > 0)) return withFlags(IntervalC::none(), a);
-    IntervalC r(a.lo > 0 ? down2(log(a.lo)) : -inf, up2(log(a.hi)));
+    if (a.hi < 0) return withFlags(IntervalC::none(), a);
+    IntervalC r(a.lo > 0 ? down2(log(a.lo)) : -inf, a.hi > 0 ? up2(log(a.hi)) : -inf);
     r = withFlags(r, a);
-    if (!(a.lo > 0)) r.partial = true;
+    if (a.lo < 0) r.partial = true;
     return r;
 }
 
@@ -411,8 +521,9 @@ IntervalC IntervalC::sqrt(IntervalC const &a) {
     if (a.empty) return a;
     if (a.hi < 0) return withFlags(none(), a);
     double low = std::sqrt(a.lo < 0 ? 0.0 : a.lo);
-    // sqrt is correctly rounded, and exact at 0.
-    IntervalC r(low == 0 ? 0.0 : down(low), up(std::sqrt(a.hi)));
+    double high = std::sqrt(a.hi);
+    // sqrt is correctly rounded: one ulp each way, none where it is exact.
+    IntervalC r(exactSquareRoot(low, a.lo) ? low : down(low), exactSquareRoot(high, a.hi) ? high : up(high));
     r = withFlags(r, a);
     if (a.lo < 0) r.partial = true;
     return r;
