@@ -21,6 +21,11 @@ double const periodicLimit = 1e12;
 double down2(double v) { return IntervalC::down(IntervalC::down(v)); }
 double up2(double v) { return IntervalC::up(IntervalC::up(v)); }
 
+// The same, but exact where the function is: at the one argument where the
+// C library returns the exact value (sin 0, log 1, exp 0, ...).
+double down2at(double value, double arg, double exactArg) { return arg == exactArg ? value : down2(value); }
+double up2at(double value, double arg, double exactArg) { return arg == exactArg ? value : up2(value); }
+
 // Relative widening for the power rule, whose whole exponents go through
 // repeated squaring (a few roundings) and the rest through std::pow.
 double downWide(double v) { return std::isfinite(v) ? down2(v - std::fabs(v) * 0x1p-45) : IntervalC::down(v); }
@@ -410,8 +415,8 @@ IntervalC IntervalC::sin(IntervalC const &a) {
     if (!periodicResolved(a, 2 * pi)) return wholePeriod(a, -1, 1);
     double s1 = std::sin(a.lo);
     double s2 = std::sin(a.hi);
-    double l = down2(s1 < s2 ? s1 : s2);
-    double h = up2(s1 < s2 ? s2 : s1);
+    double l = s1 < s2 ? down2at(s1, a.lo, 0) : down2at(s2, a.hi, 0);
+    double h = s1 < s2 ? up2at(s2, a.hi, 0) : up2at(s1, a.lo, 0);
     if (mayHold(a.lo, a.hi, pi / 2, 2 * pi)) h = 1;
     if (mayHold(a.lo, a.hi, -pi / 2, 2 * pi)) l = -1;
     return withFlags(IntervalC(l < -1 ? -1 : l, h > 1 ? 1 : h), a);
@@ -422,8 +427,8 @@ IntervalC IntervalC::cos(IntervalC const &a) {
     if (!periodicResolved(a, 2 * pi)) return wholePeriod(a, -1, 1);
     double c1 = std::cos(a.lo);
     double c2 = std::cos(a.hi);
-    double l = down2(c1 < c2 ? c1 : c2);
-    double h = up2(c1 < c2 ? c2 : c1);
+    double l = c1 < c2 ? down2at(c1, a.lo, 0) : down2at(c2, a.hi, 0);
+    double h = c1 < c2 ? up2at(c2, a.hi, 0) : up2at(c1, a.lo, 0);
     if (mayHold(a.lo, a.hi, 0, 2 * pi)) h = 1;
     if (mayHold(a.lo, a.hi, pi, 2 * pi)) l = -1;
     return withFlags(IntervalC(l < -1 ? -1 : l, h > 1 ? 1 : h), a);
@@ -437,13 +442,15 @@ IntervalC IntervalC::tan(IntervalC const &a) {
         return r;
     }
     // No pole inside: tan rises across the whole interval.
-    return withFlags(IntervalC(down2(std::tan(a.lo)), up2(std::tan(a.hi))), a);
+    return withFlags(IntervalC(down2at(std::tan(a.lo), a.lo, 0), up2at(std::tan(a.hi), a.hi, 0)), a);
 }
 
 IntervalC IntervalC::asin(IntervalC const &a) {
     if (a.empty) return a;
     if (a.hi < -1 || a.lo > 1) return withFlags(none(), a);
-    IntervalC r(down2(std::asin(a.lo < -1 ? -1.0 : a.lo)), up2(std::asin(a.hi > 1 ? 1.0 : a.hi)));
+    double l = a.lo < -1 ? -1.0 : a.lo;
+    double h = a.hi > 1 ? 1.0 : a.hi;
+    IntervalC r(down2at(std::asin(l), l, 0), up2at(std::asin(h), h, 0));
     r = withFlags(r, a);
     if (a.lo < -1 || a.hi > 1) r.partial = true;
     return r;
@@ -462,12 +469,12 @@ IntervalC IntervalC::acos(IntervalC const &a) {
 
 IntervalC IntervalC::atan(IntervalC const &a) {
     if (a.empty) return a;
-    return withFlags(IntervalC(down2(std::atan(a.lo)), up2(std::atan(a.hi))), a);
+    return withFlags(IntervalC(down2at(std::atan(a.lo), a.lo, 0), up2at(std::atan(a.hi), a.hi, 0)), a);
 }
 
 IntervalC IntervalC::sinh(IntervalC const &a) {
     if (a.empty) return a;
-    return withFlags(IntervalC(down2(std::sinh(a.lo)), up2(std::sinh(a.hi))), a);
+    return withFlags(IntervalC(down2at(std::sinh(a.lo), a.lo, 0), up2at(std::sinh(a.hi), a.hi, 0)), a);
 }
 
 IntervalC IntervalC::cosh(IntervalC const &a) {
@@ -482,15 +489,15 @@ IntervalC IntervalC::cosh(IntervalC const &a) {
 
 IntervalC IntervalC::tanh(IntervalC const &a) {
     if (a.empty) return a;
-    double l = down2(std::tanh(a.lo));
-    double h = up2(std::tanh(a.hi));
+    double l = down2at(std::tanh(a.lo), a.lo, 0);
+    double h = up2at(std::tanh(a.hi), a.hi, 0);
     return withFlags(IntervalC(l < -1 ? -1.0 : l, h > 1 ? 1.0 : h), a);
 }
 
 IntervalC IntervalC::exp(IntervalC const &a) {
     if (a.empty) return a;
-    double l = down2(std::exp(a.lo));
-    return withFlags(IntervalC(l < 0 ? 0.0 : l, up2(std::exp(a.hi))), a);
+    double l = down2at(std::exp(a.lo), a.lo, 0);
+    return withFlags(IntervalC(l < 0 ? 0.0 : l, up2at(std::exp(a.hi), a.hi, 0)), a);
 }
 
 namespace {
@@ -501,7 +508,7 @@ template <class LogT>
 IntervalC logarithm(IntervalC const &a, LogT log) {
     if (a.empty) return a;
     if (a.hi < 0) return withFlags(IntervalC::none(), a);
-    IntervalC r(a.lo > 0 ? down2(log(a.lo)) : -inf, a.hi > 0 ? up2(log(a.hi)) : -inf);
+    IntervalC r(a.lo > 0 ? down2at(log(a.lo), a.lo, 1) : -inf, a.hi > 0 ? up2at(log(a.hi), a.hi, 1) : -inf);
     r = withFlags(r, a);
     if (a.lo < 0) r.partial = true;
     return r;
