@@ -138,6 +138,13 @@ void ArbitraryFunctionInnerEvalC::walk_column(WalkS &walk, unsigned int column, 
         bool hasA = std::isfinite(p.fa);
         bool hasB = std::isfinite(p.fb);
         bool edgeOnly = !y.mayJump;
+        if (y.mayJump && !y.partial && hasA && hasB && inside(p.fa) && inside(p.fb) &&
+            std::floor((p.fa - bottomEdge) / yStep) == std::floor((p.fb - bottomEdge) / yStep)) {
+            // A jump within one pixel row (x*floor(x) at 0 has none at all)
+            // looks like no jump: the stretch goes on through it.
+            add_to_run(walk.run, p.fa < p.fb ? p.fa : p.fb, p.fa < p.fb ? p.fb : p.fa, p.fa, p.fb);
+            continue;
+        }
         if (hasA) {
             if (edgeOnly) add_to_run(walk.run, y.lo, y.hi, p.fa, p.fa);
             add_sample(walk.run, p.fa);
