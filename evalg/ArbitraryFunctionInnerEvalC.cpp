@@ -1,6 +1,7 @@
 #include "evalg/ArbitraryFunctionInnerEvalC.h"
 
 #include <cmath>
+#include <limits>
 #include <new>
 
 #include "evalg/GraphDomainServiceNames.h"
@@ -43,7 +44,7 @@ void ArbitraryFunctionInnerEvalC::calculate(rel::ArbitraryFunctionC *relation, S
         for (unsigned int c = 0; c <= columns; ++c) edges[c] = leftEdge + xStep * double(c);
         std::vector<double> values(columns + 1);
         program.evaluate(edges.data(), values.data(), columns + 1);
-        WalkS walk{&program, set, RunS{false, 0, 0, 0, 0}, false, {}};
+        WalkS walk{&program, set, RunS{false, 0, 0, 0, 0}, false, {}, 0, 0};
         if (pointSampling)
             calculateSampled(walk, values);
         else
@@ -97,6 +98,10 @@ void ArbitraryFunctionInnerEvalC::walk_column(WalkS &walk, unsigned int column, 
     std::vector<PieceS> &pieces = walk.pieces;
     pieces.clear();
     pieces.push_back(whole);
+    walk.seenLo = std::numeric_limits<double>::infinity();
+    walk.seenHi = -walk.seenLo;
+    see(walk, whole.fa);
+    see(walk, whole.fb);
     int budget = EVALUATION_BUDGET;
     // Depth first, left half on top: the pieces come off in x order. Every
     // turn pops one piece and pushes two only while the budget lasts, so the
@@ -118,9 +123,10 @@ void ArbitraryFunctionInnerEvalC::walk_column(WalkS &walk, unsigned int column, 
         if (!y.clean())
             split = canSplit && p.depth < BREAK_DEPTH;
         else
-            split = canSplit && p.depth < DETAIL_DEPTH && too_tall(y, p.fa, p.fb);
+            split = canSplit && p.depth < DETAIL_DEPTH && too_tall(walk, y);
         if (split) {
             double fm = program.evaluate(mid);
+            see(walk, fm);
             pieces.push_back(PieceS{mid, p.b, fm, p.fb, p.depth + 1});
             pieces.push_back(PieceS{p.a, mid, p.fa, fm, p.depth + 1});
             continue;
@@ -138,11 +144,12 @@ void ArbitraryFunctionInnerEvalC::walk_column(WalkS &walk, unsigned int column, 
         bool hasA = std::isfinite(p.fa);
         bool hasB = std::isfinite(p.fb);
         bool edgeOnly = !y.mayJump;
-        if (y.mayJump && !y.partial && hasA && hasB && inside(p.fa) && inside(p.fb) &&
+        if (hasA && hasB && inside(p.fa) && inside(p.fb) &&
             std::floor((p.fa - bottomEdge) / yStep) == std::floor((p.fb - bottomEdge) / yStep)) {
-            // A jump within one pixel row (x*floor(x) at 0 has none at all)
-            // looks like no jump: the stretch goes on through it.
+            // A jump or gap within one pixel row (x*floor(x) has no jump at 0
+            // at all) looks like none: the stretch goes on through it.
             add_to_run(walk.run, p.fa < p.fb ? p.fa : p.fb, p.fa < p.fb ? p.fb : p.fa, p.fa, p.fb);
+            if (edgeOnly) add_to_run(walk.run, y.lo, y.hi, p.fa, p.fb);
             continue;
         }
         if (hasA) {
@@ -158,13 +165,21 @@ void ArbitraryFunctionInnerEvalC::walk_column(WalkS &walk, unsigned int column, 
     }
 }
 
-bool ArbitraryFunctionInnerEvalC::too_tall(IntervalC const &y, double fa, double fb) const {
+bool ArbitraryFunctionInnerEvalC::too_tall(WalkS const &walk, IntervalC const &y) const {
     auto clamp = [this](double v) { return v < bottomEdge ? bottomEdge : (v > topEdge ? topEdge : v); };
-    double enclosed = clamp(y.hi) - clamp(y.lo);
-    double seen = 0;
-    if (!std::isnan(fa) && !std::isnan(fb)) seen = clamp(fa < fb ? fb : fa) - clamp(fa < fb ? fa : fb);
+    // Nothing sampled yet (no finite value): all of the enclosure is unvouched.
+    double seenLo = walk.seenLo <= walk.seenHi ? walk.seenLo : y.hi;
+    double seenHi = walk.seenLo <= walk.seenHi ? walk.seenHi : y.hi;
+    double above = clamp(y.hi) - clamp(seenHi);
+    double below = clamp(seenLo) - clamp(y.lo);
     // More than a pixel row of the window that no sample vouches for.
-    return enclosed - seen > yStep;
+    return (above > 0 ? above : 0) + (below > 0 ? below : 0) > yStep;
+}
+
+void ArbitraryFunctionInnerEvalC::see(WalkS &walk, double y) {
+    if (!std::isfinite(y)) return;
+    if (y < walk.seenLo) walk.seenLo = y;
+    if (y > walk.seenHi) walk.seenHi = y;
 }
 
 void ArbitraryFunctionInnerEvalC::add_to_run(RunS &run, double lo, double hi, double first, double last) {

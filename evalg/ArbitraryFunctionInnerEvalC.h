@@ -82,13 +82,17 @@ private:
         RunS run;
         bool open; // a visible stretch is open and ends at the set's last point
         std::vector<PieceS> pieces;
+        // The lowest and highest value sampled in the current column so far.
+        double seenLo;
+        double seenHi;
     };
 
     void calculate(rel::ArbitraryFunctionC *relation, SetP set, bool pointSampling);
     void calculateSampled(WalkS &walk, std::vector<double> const &values);
     void calculateEnclosed(WalkS &walk, std::vector<double> const &edges, std::vector<double> const &values);
     void walk_column(WalkS &walk, unsigned int column, PieceS whole);
-    bool too_tall(math::IntervalC const &y, double fa, double fb) const;
+    bool too_tall(WalkS const &walk, math::IntervalC const &y) const;
+    static void see(WalkS &walk, double y);
     bool inside(double y) const { return y >= bottomEdge && y <= topEdge; }
 
     static void add_to_run(RunS &run, double lo, double hi, double first, double last);

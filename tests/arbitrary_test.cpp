@@ -161,7 +161,8 @@ TEST(ArbitraryGraph, BreaksExactlyWhereTheCurveBreaks) {
         {"exp(x)", standard, 1},
         {"sqrt(4-x^2)", standard, 1},
         {"ln(x)", standard, 1},
-        {"sin(x)/x", standard, 2},                    // the hole at 0 itself
+        {"sin(x)/x", standard, 1},                    // its one-point hole is no gap on screen
+        {"sign(x)", standard, 2},
         {"x^2 + 6", standard, 0},                     // above the window
     };
     for (Case const &c : cases) {

@@ -58,22 +58,35 @@ IntervalC withFlags(IntervalC r, IntervalC const &a, IntervalC const &b) {
 // An empty result that keeps the operands' flags.
 IntervalC emptyFrom(IntervalC const &a, IntervalC const &b) { return withFlags(IntervalC::none(), a, b); }
 
-// The lower and upper bound of a sum, exact when the sum is: the two-sum
-// error term tells which way the rounding went.
+// One ulp or more outward from a correctly rounded result p, whose error is
+// at most half an ulp of p: |p| * 2^-52 is at least one ulp for a normal p.
+// Tiny, huge and non-finite results step by neighbouring doubles instead.
+double outwardDown(double p) {
+    double m = std::fabs(p);
+    if (!(m >= 0x1p-1000 && m <= 0x1p1000)) return IntervalC::down(p);
+    return p - m * 0x1p-52;
+}
+
+double outwardUp(double p) {
+    double m = std::fabs(p);
+    if (!(m >= 0x1p-1000 && m <= 0x1p1000)) return IntervalC::up(p);
+    return p + m * 0x1p-52;
+}
+
+// The bounds of a sum. Adding 0 is exact, and so is a sum that comes out 0
+// (with gradual underflow only x + -x gives 0).
 double sumDown(double a, double b) {
+    if (a == 0) return b;
+    if (b == 0) return a;
     double s = a + b;
-    if (!std::isfinite(s)) return IntervalC::down(s);
-    double bb = s - a;
-    double err = (a - (s - bb)) + (b - bb);
-    return err < 0 ? IntervalC::down(s) : s;
+    return s == 0 ? s : outwardDown(s);
 }
 
 double sumUp(double a, double b) {
+    if (a == 0) return b;
+    if (b == 0) return a;
     double s = a + b;
-    if (!std::isfinite(s)) return IntervalC::up(s);
-    double bb = s - a;
-    double err = (a - (s - bb)) + (b - bb);
-    return err > 0 ? IntervalC::up(s) : s;
+    return s == 0 ? s : outwardUp(s);
 }
 
 // Where a product's rounding error can be computed exactly (no overflow in
@@ -94,35 +107,22 @@ double productError(double a, double b, double p) {
     return ((ah * bh - p) + ah * bl + al * bh) + al * bl;
 }
 
-// The bounds of a product of two bounds, exact when the product is. A zero
-// factor is exact even against an infinite bound: 0 is the limit of the
-// finite values that the bound stands for.
-void productBounds(double a, double b, double &lo, double &hi) {
-    if (a == 0 || b == 0) {
-        lo = hi = 0;
-        return;
-    }
-    double p = a * b;
-    if (!errorComputable(a, b, p)) {
-        lo = IntervalC::down(p);
-        hi = IntervalC::up(p);
-        return;
-    }
-    double err = productError(a, b, p);
-    lo = err < 0 ? IntervalC::down(p) : p;
-    hi = err > 0 ? IntervalC::up(p) : p;
-}
-
+// One bound of a product. A zero factor is exact even against an infinite
+// bound (0 is the limit of the finite values that the bound stands for), and
+// so is a unit factor; otherwise the product moves outward, which is cheaper
+// than finding out whether it was exact.
 double productDown(double a, double b) {
-    double lo, hi;
-    productBounds(a, b, lo, hi);
-    return lo;
+    if (a == 0 || b == 0) return 0;
+    if (a == 1) return b;
+    if (b == 1) return a;
+    return outwardDown(a * b);
 }
 
 double productUp(double a, double b) {
-    double lo, hi;
-    productBounds(a, b, lo, hi);
-    return hi;
+    if (a == 0 || b == 0) return 0;
+    if (a == 1) return b;
+    if (b == 1) return a;
+    return outwardUp(a * b);
 }
 
 // The bounds of a quotient: the remainder a - q*b, computed exactly, tells
@@ -255,12 +255,35 @@ IntervalC IntervalC::sub(IntervalC const &a, IntervalC const &b) { return add(a,
 
 IntervalC IntervalC::mul(IntervalC const &a, IntervalC const &b) {
     if (a.empty || b.empty) return emptyFrom(a, b);
-    double l[4], h[4];
-    productBounds(a.lo, b.lo, l[0], h[0]);
-    productBounds(a.lo, b.hi, l[1], h[1]);
-    productBounds(a.hi, b.lo, l[2], h[2]);
-    productBounds(a.hi, b.hi, l[3], h[3]);
-    IntervalC r = withFlags(IntervalC(min4(l[0], l[1], l[2], l[3]), max4(h[0], h[1], h[2], h[3])), a, b);
+    double l, h;
+    // The sign cases: two products, four only when both straddle 0.
+    if (a.lo >= 0) {
+        if (b.lo >= 0) {
+            l = productDown(a.lo, b.lo), h = productUp(a.hi, b.hi);
+        } else if (b.hi <= 0) {
+            l = productDown(a.hi, b.lo), h = productUp(a.lo, b.hi);
+        } else {
+            l = productDown(a.hi, b.lo), h = productUp(a.hi, b.hi);
+        }
+    } else if (a.hi <= 0) {
+        if (b.lo >= 0) {
+            l = productDown(a.lo, b.hi), h = productUp(a.hi, b.lo);
+        } else if (b.hi <= 0) {
+            l = productDown(a.hi, b.hi), h = productUp(a.lo, b.lo);
+        } else {
+            l = productDown(a.lo, b.hi), h = productUp(a.lo, b.lo);
+        }
+    } else if (b.lo >= 0) {
+        l = productDown(a.lo, b.hi), h = productUp(a.hi, b.hi);
+    } else if (b.hi <= 0) {
+        l = productDown(a.hi, b.lo), h = productUp(a.lo, b.lo);
+    } else {
+        double l1 = productDown(a.lo, b.hi), l2 = productDown(a.hi, b.lo);
+        double h1 = productUp(a.lo, b.lo), h2 = productUp(a.hi, b.hi);
+        l = l1 < l2 ? l1 : l2;
+        h = h1 > h2 ? h1 : h2;
+    }
+    IntervalC r = withFlags(IntervalC(l, h), a, b);
     if ((holdsZero(a) && unbounded(b)) || (holdsZero(b) && unbounded(a))) r.partial = true;
     return r;
 }
