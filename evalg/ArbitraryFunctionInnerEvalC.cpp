@@ -120,8 +120,12 @@ void ArbitraryFunctionInnerEvalC::walk_column(WalkS &walk, unsigned int column, 
             end_stretch(walk);
             continue;
         }
+        // Breaks are hunted down to the last bit only beside a value; between
+        // two samples without one (x^x left of 0, where values are isolated
+        // points) that would spend the budget on nothing.
+        unsigned int depthLimit = std::isfinite(p.fa) || std::isfinite(p.fb) ? BREAK_DEPTH : DETAIL_DEPTH;
         if (!y.clean())
-            split = canSplit && p.depth < BREAK_DEPTH;
+            split = canSplit && p.depth < depthLimit;
         else
             split = canSplit && p.depth < DETAIL_DEPTH && too_tall(walk, y);
         if (split) {
@@ -144,6 +148,17 @@ void ArbitraryFunctionInnerEvalC::walk_column(WalkS &walk, unsigned int column, 
         bool hasA = std::isfinite(p.fa);
         bool hasB = std::isfinite(p.fb);
         bool edgeOnly = !y.mayJump;
+        if (y.mayJump && budget <= 0 && p.depth < depthLimit && p.a < mid && mid < p.b) {
+            // Out of budget with breaks still unresolved (jumps piling up at
+            // a pole, as in floor(sin(1/x))): the curve is somewhere in the
+            // enclosure, too dense to follow. Drawn as a stretch of its own.
+            emit_run(walk, column);
+            end_stretch(walk);
+            add_to_run(walk.run, y.lo, y.hi, y.lo, y.hi);
+            emit_run(walk, column);
+            end_stretch(walk);
+            continue;
+        }
         if (hasA && hasB && inside(p.fa) && inside(p.fb) &&
             std::floor((p.fa - bottomEdge) / yStep) == std::floor((p.fb - bottomEdge) / yStep)) {
             // A jump or gap within one pixel row (x*floor(x) has no jump at 0

@@ -37,8 +37,8 @@ namespace evalg {
 // Final: PointerTC deletes it through its non-virtual destructor.
 class ArbitraryFunctionInnerEvalC final : public CartesianRelationGraphEvalHelperC {
 public:
-    // Bisection limits: a piece that may break is halved down to 2^-40 of a
-    // column, one that is only too tall down to 2^-8, and a column spends at
+    // Bisection limits: a piece that may break beside a value is halved down
+    // to 2^-40 of a column, any other down to 2^-8, and a column spends at
     // most this many interval evaluations on halving.
     static unsigned int const BREAK_DEPTH = 40;
     static unsigned int const DETAIL_DEPTH = 8;

@@ -96,24 +96,34 @@ char const *const curves[] = {
 };
 Window const windows[] = {standard, {-3, 3, -2, 2, 97, 65}, {-0.5, 2.5, -10, 3, 120, 80}, {-20, 20, -3, 3, 33, 21}};
 
-TEST(ArbitraryGraph, EveryPixelOfTheCurveIsDrawn) {
-    for (Window const &w : windows) {
-        Grid g(w);
-        for (char const *c : curves) {
-            Expr e = parse(c);
-            std::vector<Pt> pts = draw(e, w);
-            ASSERT_TRUE(wellFormed(pts)) << c;
-            std::set<std::pair<int, int>> drawn = drawnPixels(pts);
-            int missing = 0;
-            for (int col = 0; col < w.m; ++col)
-                for (int k = 0; k < 64; ++k) {
-                    double x = g.leftEdge + g.xStep * (col + (k + 0.5) / 64);
-                    int row = rowOf(e->evaluateAt(x), w, g);
-                    if (row >= 0 && !drawn.count({col, row}) && ++missing <= 3)
-                        ADD_FAILURE() << c << " on " << w.m << "x" << w.n << ": (" << col << ", " << row
-                                      << ") at x = " << x << " not drawn";
-                }
+// Samples the curve 64 times per column with the tree walk: each pixel it
+// passes through must be drawn. Reports the first few misses.
+void expectCovered(Expr const &e, Window const &w, std::string const &what) {
+    Grid g(w);
+    std::vector<Pt> pts = draw(e, w);
+    ASSERT_TRUE(wellFormed(pts)) << what;
+    std::set<std::pair<int, int>> drawn = drawnPixels(pts);
+    int missing = 0;
+    for (int col = 0; col < w.m; ++col)
+        for (int k = 0; k < 64; ++k) {
+            double x = g.leftEdge + g.xStep * (col + (k + 0.5) / 64);
+            int row = rowOf(e->evaluateAt(x), w, g);
+            if (row >= 0 && !drawn.count({col, row}) && ++missing <= 3)
+                ADD_FAILURE() << what << " on " << w.m << "x" << w.n << ": (" << col << ", " << row
+                              << ") at x = " << x << " not drawn";
         }
+}
+
+TEST(ArbitraryGraph, EveryPixelOfTheCurveIsDrawn) {
+    for (Window const &w : windows)
+        for (char const *c : curves) expectCovered(parse(c), w, c);
+}
+
+TEST(ArbitraryGraph, EveryPixelOfRandomCurvesIsDrawn) {
+    evalgtest::Rng rng(32);
+    for (int i = 0; i < 150; ++i) {
+        std::string text = evalgtest::randomPrefix(rng, 4);
+        expectCovered(AlgebraicExpressionC::fromPrefixString(evalgtest::toU16(text)), windows[i % 4], text);
     }
 }
 

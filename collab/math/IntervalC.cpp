@@ -5,6 +5,8 @@
 #include <cstring>
 #include <limits>
 
+#include "collab/oss/IntegerConversionC.h"
+
 namespace qelt {
 namespace math {
 
@@ -354,7 +356,7 @@ IntervalC IntervalC::pow(IntervalC const &a, IntervalC const &b) {
         return emptyFrom(a, b);
     }
     if (b.isPoint() && isWhole(b.lo) && std::fabs(b.lo) <= 64)
-        return withFlags(powInt(a, static_cast<int>(b.lo)), b);
+        return withFlags(powInt(a, oss::IntegerConversionC::toInt32(b.lo)), b);
     if (b.isPoint() && isWhole(b.lo)) {
         // A whole exponent beyond repeated squaring: std::pow, defined for
         // negative bases too, even or odd in them as the exponent is.
