@@ -46,7 +46,7 @@ TEST(AlgexprPrefix, PrintsBackWhatItRead) {
     EXPECT_EQ(prefixOf(AlgebraicExpressionC::fromPrefixString(u"* 2E3 x")), "* 2000 x");
 }
 
-TEST(AlgexprPrefix, BuildsTheNodesTheOverviewNames) {
+TEST(AlgexprPrefix, BuildsNumberVariableOperatorAndFunctionNodes) {
     Expr e = AlgebraicExpressionC::fromPrefixString(u"+ 2.5 sin x");
     ASSERT_TRUE(e);
     NodeABC *root = e->getNode();
