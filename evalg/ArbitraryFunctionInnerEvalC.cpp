@@ -98,8 +98,7 @@ void ArbitraryFunctionInnerEvalC::walk_column(WalkS &walk, unsigned int column, 
     std::vector<PieceS> &pieces = walk.pieces;
     pieces.clear();
     pieces.push_back(whole);
-    walk.seenLo = std::numeric_limits<double>::infinity();
-    walk.seenHi = -walk.seenLo;
+    unsee(walk);
     see(walk, whole.fa);
     see(walk, whole.fb);
     int budget = EVALUATION_BUDGET;
@@ -118,6 +117,7 @@ void ArbitraryFunctionInnerEvalC::walk_column(WalkS &walk, unsigned int column, 
             // No value, or none inside the window: the stretch ends here.
             emit_run(walk, column);
             end_stretch(walk);
+            unsee(walk);
             continue;
         }
         // Breaks are hunted down to the last bit only beside a value; between
@@ -157,6 +157,7 @@ void ArbitraryFunctionInnerEvalC::walk_column(WalkS &walk, unsigned int column, 
             add_to_run(walk.run, y.lo, y.hi, y.lo, y.hi);
             emit_run(walk, column);
             end_stretch(walk);
+            unsee(walk);
             continue;
         }
         if (hasA && hasB && inside(p.fa) && inside(p.fb) &&
@@ -173,9 +174,12 @@ void ArbitraryFunctionInnerEvalC::walk_column(WalkS &walk, unsigned int column, 
         }
         emit_run(walk, column);
         end_stretch(walk);
+        // What was sampled before the break vouches for nothing after it.
+        unsee(walk);
         if (hasB) {
             if (edgeOnly) add_to_run(walk.run, y.lo, y.hi, p.fb, p.fb);
             add_sample(walk.run, p.fb);
+            see(walk, p.fb);
         }
     }
 }
@@ -189,6 +193,11 @@ bool ArbitraryFunctionInnerEvalC::too_tall(WalkS const &walk, IntervalC const &y
     double below = clamp(seenLo) - clamp(y.lo);
     // More than a pixel row of the window that no sample vouches for.
     return (above > 0 ? above : 0) + (below > 0 ? below : 0) > yStep;
+}
+
+void ArbitraryFunctionInnerEvalC::unsee(WalkS &walk) {
+    walk.seenLo = std::numeric_limits<double>::infinity();
+    walk.seenHi = -walk.seenLo;
 }
 
 void ArbitraryFunctionInnerEvalC::see(WalkS &walk, double y) {

@@ -82,7 +82,8 @@ private:
         RunS run;
         bool open; // a visible stretch is open and ends at the set's last point
         std::vector<PieceS> pieces;
-        // The lowest and highest value sampled in the current column so far.
+        // The lowest and highest value sampled so far in the current column
+        // since the last break.
         double seenLo;
         double seenHi;
     };
@@ -93,6 +94,7 @@ private:
     void walk_column(WalkS &walk, unsigned int column, PieceS whole);
     bool too_tall(WalkS const &walk, math::IntervalC const &y) const;
     static void see(WalkS &walk, double y);
+    static void unsee(WalkS &walk);
     bool inside(double y) const { return y >= bottomEdge && y <= topEdge; }
 
     static void add_to_run(RunS &run, double lo, double hi, double first, double last);
