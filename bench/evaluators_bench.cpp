@@ -22,13 +22,19 @@
 #include "collab/esb/CartesianRelationServiceC.h"
 #include "collab/oss/IntegerConversionC.h"
 #include "collab/rel/ExponentialFunctionC.h"
+#include "collab/rel/LinearFunction1C.h"
 #include "collab/rel/LogarithmicFunctionC.h"
+#include "collab/rel/ParabolaC.h"
+#include "collab/rel/ParabolaVertC.h"
 #include "collab/rel/PowerFunctionC.h"
 #include "collab/rel/QuadraticFunctionC.h"
 #include "collab/rel/SinusoidalFunctionC.h"
 #include "evalg/ExponentialFunctionEvalC.h"
 #include "evalg/GeneralEvalC.h"
+#include "evalg/LinearFunction1EvalC.h"
 #include "evalg/LogarithmicFunctionEvalC.h"
+#include "evalg/ParabolaEvalC.h"
+#include "evalg/ParabolaVertEvalC.h"
 #include "evalg/PowerFunctionEvalC.h"
 #include "evalg/QuadraticFunctionEvalC.h"
 #include "evalg/SinusoidalFunctionEvalC.h"
@@ -67,6 +73,20 @@ std::function<std::unique_ptr<evalg::CartesianRelationGraphEvalC>()> make() {
 
 std::vector<Curve> curves() {
     return {
+        {"linear", [] { return held(new rel::LinearFunction1C(0.6, 0, 0)); }, make<evalg::LinearFunction1EvalC>(),
+         [](double x, std::vector<double> &v) { v.push_back(0.6 * x); }},
+        {"vparabola", [] { return held(new rel::ParabolaVertC(0, -4, 1 / 0.28)); }, make<evalg::ParabolaVertEvalC>(),
+         [](double x, std::vector<double> &v) { v.push_back((x * x) / (4.0 / 0.28) - 4); }},
+        // x = (y - k)^2 / 4a + h opens right across the whole height: per row.
+        {"parabola", [] { return held(new rel::ParabolaC(-7, 0, 0.4)); }, make<evalg::ParabolaEvalC>(),
+         [](double x, std::vector<double> &v) {
+             double s = std::sqrt(1.6 * (x + 7));
+             if (s == s) {
+                 v.push_back(s);
+                 v.push_back(-s);
+             }
+         },
+         true},
         {"quadratic", [] { return held(new rel::QuadraticFunctionC(0.07, 0, -4)); },
          make<evalg::QuadraticFunctionEvalC>(),
          [](double x, std::vector<double> &v) { v.push_back(0.07 * (x * x) - 4); }},
