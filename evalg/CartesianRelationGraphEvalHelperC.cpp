@@ -23,10 +23,11 @@ namespace {
 // emit(index) writes one point.
 template <class EmitT>
 void emitSpan(bool rising, int16_t first, uint16_t last, EmitT emit) {
-    int distance = std::abs(int(last) - int(first));
-    // Narrowed to 16 bits before the floor of 1 is applied, so the stride is
-    // never 0 and the walk always ends.
-    int stride = IntegerConversionC::narrow16(static_cast<uint16_t>(distance));
+    // The whole distance, kept in 32 bits: within a grid of up to 32767
+    // pixels it fits 16 bits anyway, and an end far outside the grid (a NaN
+    // start with an unclamped end) would otherwise wrap the stride to a
+    // negative or tiny value and emit every cell, or never stop.
+    int stride = std::abs(int(last) - int(first));
     if (stride < 1) stride = 1;
     if (rising) {
         if (first > last) return;

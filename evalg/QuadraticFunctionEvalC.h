@@ -2,7 +2,7 @@
 #define QELT_EVALG_QUADRATICFUNCTIONEVALC_H
 
 #include "collab/rel/QuadraticFunctionC.h"
-#include "evalg/CartesianRelationGraphEvalHelperC.h"
+#include "evalg/VerticalParabolaEvalTC.h"
 
 namespace qelt {
 namespace mathapp {
@@ -12,7 +12,7 @@ namespace evalg {
 // left half is walked leftwards and prepended, the vertex column appended, the
 // right half walked rightwards and appended, so the set reads left to right.
 // Each step costs two additions; f is evaluated once per half, at its start.
-class QuadraticFunctionEvalC : public CartesianRelationGraphEvalHelperC {
+class QuadraticFunctionEvalC : public VerticalParabolaEvalTC<rel::QuadraticFunctionC> {
 public:
     QuadraticFunctionEvalC();
     QuadraticFunctionEvalC(QuadraticFunctionEvalC const &other);
@@ -24,9 +24,6 @@ public:
 
 private:
     void calculate(rel::QuadraticFunctionC *relation, SetP set);
-    void calculateLeftHalf(double x, double y, double d2, double c, double h, SetP set);
-    void calculateRightHalf(double x, double y, double d2, double c, double h, SetP set);
-    void calculateVertex(double yFar, double c, double h, double k, SetP set);
 };
 
 } // namespace evalg

@@ -15,11 +15,16 @@ public:
 
     uint8_t byte() { return pos_ < size_ ? data_[pos_++] : 0; }
 
+    uint64_t bits() {
+        uint64_t b = 0;
+        for (int i = 0; i < 8; ++i) b = (b << 8) | byte();
+        return b;
+    }
+
     double rawDouble() {
-        uint64_t bits = 0;
-        for (int i = 0; i < 8; ++i) bits = (bits << 8) | byte();
+        uint64_t b = bits();
         double v;
-        std::memcpy(&v, &bits, sizeof v);
+        std::memcpy(&v, &b, sizeof v);
         return v;
     }
 

@@ -180,10 +180,11 @@ TEST(Emit, MarkersAreOredIntoExistingBits) {
 
 TEST(Emit, ExtremeSpansEndAndStayBounded) {
     // Windows a few ulps tall and wild values must finish with at most two
-    // points per span.
+    // points per span, also when a NaN start meets an end far outside the
+    // grid, whose index distance does not fit 16 bits.
     Window const windows[] = {{0, 4, 1.0, std::nextafter(1.0, 2.0), 5, 32767}, {-1e308, 1e308, -1e308, 1e308, 7, 9},
                               {0, 1e-300, 0, 1e-300, 32767, 32767}, {0, 4, 0, 4, 1, 1}};
-    double const values[] = {0, NaN, Inf, -Inf, 1e300, -1e300, 1e-300, 3.5};
+    double const values[] = {0, NaN, Inf, -Inf, 1e300, -1e300, 1e-300, 3.5, 1e9, -7e4};
     for (Window const &w : windows) {
         Probe p(w);
         for (double x : values)

@@ -1,0 +1,98 @@
+#ifndef QELT_MATH_ALGEXPR_ALGEBRAICEXPRESSIONC_H
+#define QELT_MATH_ALGEXPR_ALGEBRAICEXPRESSIONC_H
+
+#include <memory>
+#include <string>
+
+#include "collab/math/algexpr/NodeABC.h"
+#include "collab/oss/PointerTC.h"
+#include "collab/oss/RefCountedBC.h"
+
+namespace qelt {
+namespace math {
+namespace algexpr {
+
+// An algebraic expression in the one variable x: an immutable tree of nodes.
+//
+// Prefix form (fromPrefixString), the exchange format: tokens separated by
+// white space, every operator written before its operands.
+//
+//   expression := number | "x" | unary expression | binary expression expression
+//   binary     := "+" | "-" | "*" | "/" | "^"
+//   unary      := "neg" (unary minus) | function
+//   function   := "sin" | "cos" | "tan" | "asin" | "acos" | "atan" | "sinh"
+//               | "cosh" | "tanh" | "exp" | "ln" | "log10" | "sqrt" | "abs"
+//               | "floor" | "ceil" | "sign"
+//   number     := a decimal number with optional sign, fraction and exponent
+//                 ("2", "-0.5", "1e-3"), or "inf", "-inf", "nan"
+//
+// So "+ * 3 ^ x 2 neg sin x" is 3x^2 + -sin x. Printing with toPrefixString
+// gives this form back, numbers in their shortest exact decimal text, so
+// parsing what was printed rebuilds the same tree.
+//
+// Infix form (fromInfixString), for people: ordinary notation, UTF-8.
+//
+//   sum     := product { ("+" | "-") product }
+//   product := signed { ("*" | "/") signed | power }   (a bare power multiplies:
+//              "2x", "3sin(x)", "2(x+1)", "(x+1)(x-1)")
+//   signed  := ("-" | "+") signed | power
+//   power   := primary [ "^" signed ]                  (right-associative:
+//              2^3^2 is 2^9, -x^2 is -(x^2), 2^-x is allowed)
+//   primary := number | "x" | "pi" | "e" | function "(" sum ")" | "(" sum ")"
+//
+// Names are read as the longest known name at their place ("xsin(x)" is
+// x*sin(x)); a number's exponent needs digits after the e ("2e3" is 2000,
+// "2e" is 2 times Euler's number).
+//
+// Both parsers return null on an error, with a message saying what was
+// expected at which character ("expected an operand at character 4"), and
+// refuse trees more than MAX_DEPTH levels deep, so that no later recursive
+// walk of a tree can exhaust the stack.
+//
+// The double meaning of the operators and functions is that of
+// OperatorNodeC::apply and CoreFunctionNodeC::apply: x^n for whole n up to 64
+// by repeated squaring, std::pow otherwise; every function from <cmath>.
+class AlgebraicExpressionC : public oss::RefCountedBC {
+public:
+    static unsigned int const MAX_DEPTH = 500;
+
+    // Takes the tree (which must be no deeper than MAX_DEPTH; the parsers
+    // ensure it). A null root is an expression without a value.
+    explicit AlgebraicExpressionC(std::unique_ptr<NodeABC> root);
+    virtual ~AlgebraicExpressionC();
+
+    static oss::PointerTC<AlgebraicExpressionC> fromPrefixString(std::u16string const &text,
+                                                                 std::string *error = nullptr);
+    static oss::PointerTC<AlgebraicExpressionC> fromInfixString(std::string const &text,
+                                                                std::string *error = nullptr);
+
+    // A new expression computed from this one:
+    // - evaluate false: simplified, every part that does not depend on x
+    //   folded into its number (the same doubles the tree walk computes);
+    // - evaluate true: the expression's one number; null, with *message
+    //   saying why, when it depends on x or has no tree.
+    oss::PointerTC<AlgebraicExpressionC> execute(bool evaluate, std::u16string *message);
+
+    NodeABC *getNode() const { return root_.get(); }
+
+    // The value at x by walking the tree (NaN when there is no tree).
+    double evaluateAt(double x) const;
+    std::u16string toPrefixString() const;
+
+private:
+    AlgebraicExpressionC(AlgebraicExpressionC const &) = delete;
+    AlgebraicExpressionC &operator=(AlgebraicExpressionC const &) = delete;
+
+    std::unique_ptr<NodeABC> root_;
+};
+
+// Folds every part of a tree that does not depend on x into its number; the
+// compiled program starts from this too. depends tells whether the whole
+// tree depends on x.
+std::unique_ptr<NodeABC> foldConstants(NodeABC const &node, bool &depends);
+
+} // namespace algexpr
+} // namespace math
+} // namespace qelt
+
+#endif

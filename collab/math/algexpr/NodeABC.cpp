@@ -1,0 +1,21 @@
+#include "collab/math/algexpr/NodeABC.h"
+
+namespace qelt {
+namespace math {
+namespace algexpr {
+
+NodeABC::NodeABC() : height_(1) {}
+NodeABC::~NodeABC() {}
+
+unsigned short const *NodeABC::getCastableId() {
+    static char16_t const id[] = u"qelt::math::algexpr::NodeABC";
+    return castableId(id);
+}
+
+void *NodeABC::lookUpBase(unsigned short const *id) const { return id == getCastableId() ? self() : nullptr; }
+
+unsigned int NodeABC::getChildCount() const { return 0; }
+
+} // namespace algexpr
+} // namespace math
+} // namespace qelt

@@ -1,0 +1,163 @@
+#include "evalg/ParabolaWalkBC.h"
+
+#include <cmath>
+
+#include "evalg/GraphDomainServiceNames.h"
+
+namespace qelt {
+namespace mathapp {
+namespace evalg {
+
+ParabolaWalkBC::ParabolaWalkBC() {}
+ParabolaWalkBC::ParabolaWalkBC(ParabolaWalkBC const &) = default;
+ParabolaWalkBC &ParabolaWalkBC::operator=(ParabolaWalkBC const &) = default;
+ParabolaWalkBC::~ParabolaWalkBC() {}
+
+ParabolaWalkBC::AxisS ParabolaWalkBC::columnWalk() const {
+    return AxisS{xStep, xHalfStep, xMin, xMax, leftEdge, rightEdge, bottomEdge, topEdge, false};
+}
+
+ParabolaWalkBC::AxisS ParabolaWalkBC::rowWalk() const {
+    return AxisS{yStep, yHalfStep, yMin, yMax, bottomEdge, topEdge, leftEdge, rightEdge, true};
+}
+
+bool ParabolaWalkBC::firstHalfStart(AxisS const &axis, double c, double h, double k, double fLow, double fHigh,
+                                    double &x0) const {
+    if (h >= axis.high && axis.valueLow <= fHigh && fHigh < axis.valueHigh) {
+        // The vertex lies beyond the high edge: the whole visible curve is this half.
+        x0 = axis.high;
+    } else if (axis.low <= h && h < axis.high && axis.valueLow <= k && k < axis.valueHigh) {
+        x0 = roundDown(axis, h);
+    } else if (c > 0 && k < axis.valueLow && fLow >= axis.valueLow && (h < axis.high || fHigh < axis.valueLow)) {
+        // The pixel edge on the vertex's side of where the branch rises through valueLow.
+        x0 = roundUp(axis, h - std::sqrt((axis.valueLow - k) / c));
+    } else if (c < 0 && k >= axis.valueHigh && fLow < axis.valueHigh &&
+               !(h >= axis.high && fHigh < axis.valueHigh)) {
+        x0 = roundUp(axis, h - std::sqrt((axis.valueHigh - k) / c));
+    } else {
+        return false;
+    }
+    // A crossing inside the window is rounded at most one pixel beyond it. A
+    // start further out comes only from cancellation at extreme magnitudes
+    // and would step through that many pixels outside, billions of them at
+    // worst; such a start is taken back to the edge.
+    if (x0 > axis.high + axis.step * 2.0) x0 = axis.high;
+    return true;
+}
+
+bool ParabolaWalkBC::secondHalfStart(AxisS const &axis, double c, double h, double k, double fLow, double fHigh,
+                                     double &x0) const {
+    if (h < axis.low && axis.valueLow <= fLow && fLow < axis.valueHigh) {
+        x0 = axis.low;
+    } else if (axis.low <= h && h < axis.high && axis.valueLow <= k && k < axis.valueHigh) {
+        x0 = roundUp(axis, h);
+    } else if (c > 0 && k < axis.valueLow && fHigh >= axis.valueLow && (h >= axis.low || fLow < axis.valueLow)) {
+        x0 = roundDown(axis, h + std::sqrt((axis.valueLow - k) / c));
+    } else if (c < 0 && k >= axis.valueHigh && fHigh < axis.valueHigh && !(h < axis.low && fLow < axis.valueHigh)) {
+        x0 = roundDown(axis, h + std::sqrt((axis.valueHigh - k) / c));
+    } else {
+        return false;
+    }
+    // The mirror of the first half's guard.
+    if (x0 < axis.low - axis.step * 2.0) x0 = axis.low;
+    return true;
+}
+
+bool ParabolaWalkBC::vertexRunFar(AxisS const &axis, double c, double k, double yl, double yr, double &yFar) {
+    // The run reaches the value further from k at the pixel's two edges; a tie takes yr.
+    yFar = c > 0 ? (yl > yr ? yl : yr) : (yl < yr ? yl : yr);
+    if (c > 0 && k < axis.valueHigh && yFar >= axis.valueLow) return true;
+    return c < 0 && k >= axis.valueLow && yFar < axis.valueHigh;
+}
+
+double ParabolaWalkBC::roundDown(AxisS const &axis, double v) const {
+    return axis.rows ? round_to_bottom(v) : round_to_left(v);
+}
+
+double ParabolaWalkBC::roundUp(AxisS const &axis, double v) const {
+    return axis.rows ? round_to_top(v) : round_to_right(v);
+}
+
+void ParabolaWalkBC::emitRun(AxisS const &axis, double at, double from, double to, SetP set, bool prepend) {
+    if (axis.rows) {
+        if (prepend)
+            prependPixelPointsXYSwapped(at, from, to, set);
+        else
+            appendPixelPointsXYSwapped(at, from, to, set);
+    } else if (prepend) {
+        prependPixelPoints(at, from, to, set);
+    } else {
+        appendPixelPoints(at, from, to, set);
+    }
+}
+
+void ParabolaWalkBC::walkAppendingHalf(AxisS const &axis, double x, double y, double d2, double c, double h,
+                                       SetP set) {
+    addStartMarker(nextMarker(set));
+    // One d2 short of the first step's difference: the loop adds d2 first.
+    double d1 = ((x - h) * 2.0 - axis.step) * axis.step * c;
+    if (x < axis.max) {
+        double xNext;
+        do {
+            // The curve has left the window through the edge it heads for
+            // (a NaN value stops here too).
+            if (c > 0 && !(y <= axis.valueHigh)) break;
+            if (c < 0 && !(y >= axis.valueLow)) break;
+            xNext = axis.step + x;
+            if (xNext == x) break;
+            d1 = d1 + d2;
+            double yNext = d1 + y;
+            emitRun(axis, xNext - axis.halfStep, y, yNext, set, false);
+            x = xNext;
+            y = yNext;
+        } while (xNext < axis.max);
+    }
+    addEndMarker(lastMarker(set));
+}
+
+void ParabolaWalkBC::walkPrependingHalf(AxisS const &axis, double x, double y, double d2, double c, double h,
+                                        SetP set) {
+    // Slot 0, not the next slot: the prepending half marks the set's current
+    // first point (on an empty set, the spare slot the next append takes).
+    // This differs from the appending half on purpose.
+    addStartMarker(firstMarker(set));
+    double d1 = ((h - x) * 2.0 - axis.step) * axis.step * c;
+    if (x > axis.min) {
+        double xNext;
+        do {
+            if (c > 0 && !(y <= axis.valueHigh)) break;
+            if (c < 0 && !(y >= axis.valueLow)) break;
+            xNext = x - axis.step;
+            if (xNext == x) break;
+            d1 = d1 + d2;
+            double yNext = d1 + y;
+            emitRun(axis, axis.halfStep + xNext, y, yNext, set, true);
+            x = xNext;
+            y = yNext;
+        } while (xNext > axis.min);
+    }
+    // The last point of the set, as in the appending half: the prepending
+    // half's own end point is its first-emitted one, next to the vertex.
+    addEndMarker(lastMarker(set));
+}
+
+void ParabolaWalkBC::emitVertexRun(AxisS const &axis, double yFar, double c, double h, double k, SetP set) {
+    addStartMarker(nextMarker(set));
+    // The centre of the vertex's pixel by the column rounding, also when rows
+    // are walked (then applied to a y): kept so, not the row rounding.
+    double xc = round_to_hcentre(h);
+    double from, to;
+    if (c > 0) {
+        from = yFar < axis.valueHigh ? yFar : axis.valueHigh;
+        to = k > axis.valueLow ? k : axis.valueLow;
+    } else {
+        from = yFar > axis.valueLow ? yFar : axis.valueLow;
+        to = k < axis.valueHigh ? k : axis.valueHigh;
+    }
+    emitRun(axis, xc, from, to, set, false);
+    addEndMarker(lastMarker(set));
+}
+
+} // namespace evalg
+} // namespace mathapp
+} // namespace qelt

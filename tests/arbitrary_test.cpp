@@ -1,0 +1,290 @@
+// Graphs of arbitrary expressions: breaks at poles and jumps and nowhere
+// else, gaps where undefined, every pixel of the true curve present (against
+// dense sampling), no overdrawing of smooth curves, and the driver's cases.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "collab/ds/PixelPointC.h"
+#include "collab/math/algexpr/AlgebraicExpressionC.h"
+#include "collab/rel/ArbitraryFunctionC.h"
+#include "collab/rel/QuadraticFunctionC.h"
+#include "evalg/ArbitraryFunctionFloat64EvalC.h"
+#include "support/RandomExpression.h"
+#include "support/TestSupport.h"
+
+using evalgtest::Pt;
+using evalgtest::Window;
+using qelt::math::algexpr::AlgebraicExpressionC;
+using qelt::mathapp::ds::PixelPointC;
+using qelt::mathapp::evalg::ArbitraryFunctionFloat64EvalC;
+using qelt::mathapp::rel::ArbitraryFunctionC;
+using qelt::oss::PointerTC;
+using Expr = PointerTC<AlgebraicExpressionC>;
+
+namespace {
+
+unsigned const F = PixelPointC::FIRST_VISIBLE;
+unsigned const L = PixelPointC::LAST_VISIBLE;
+
+Window const standard{-8, 8, -5, 5, 161, 101};
+
+std::vector<Pt> draw(Expr const &e, Window const &w, bool pointSampling = false) {
+    ArbitraryFunctionFloat64EvalC evaluator(pointSampling);
+    return evalgtest::draw(evaluator, new ArbitraryFunctionC(e), w);
+}
+
+Expr parse(char const *infix) {
+    std::string error;
+    Expr e = AlgebraicExpressionC::fromInfixString(infix, &error);
+    EXPECT_TRUE(e) << infix << ": " << error;
+    return e;
+}
+
+// The window's grid as the evaluators compute it.
+struct Grid {
+    double xStep, yStep, leftEdge, bottomEdge;
+    explicit Grid(Window const &w)
+        : xStep((w.xMax - w.xMin) / double(w.m - 1)), yStep((w.yMax - w.yMin) / double(w.n - 1)),
+          leftEdge(w.xMin - xStep * 0.5), bottomEdge(w.yMin - yStep * 0.5) {}
+};
+
+// Every stretch opens with FIRST_VISIBLE and closes with LAST_VISIBLE, and the
+// points run left to right.
+bool wellFormed(std::vector<Pt> const &pts) {
+    bool open = false;
+    for (std::size_t i = 0; i < pts.size(); ++i) {
+        if (open == bool(pts[i].m & F)) return false;
+        open = !(pts[i].m & L);
+        if (i > 0 && pts[i].x < pts[i - 1].x) return false;
+    }
+    return !open;
+}
+
+int stretchCount(std::vector<Pt> const &pts) { return int(evalgtest::withMarker(pts, F).size()); }
+
+// The pixels drawn: each point, and the rows between two joined points of
+// one column (a column's run).
+std::set<std::pair<int, int>> drawnPixels(std::vector<Pt> const &pts) {
+    std::set<std::pair<int, int>> drawn;
+    for (std::size_t i = 0; i < pts.size(); ++i) {
+        drawn.insert({pts[i].x, pts[i].y});
+        if (i + 1 < pts.size() && !(pts[i].m & L) && pts[i + 1].x == pts[i].x) {
+            int lo = std::min(pts[i].y, pts[i + 1].y), hi = std::max(pts[i].y, pts[i + 1].y);
+            for (int y = lo; y <= hi; ++y) drawn.insert({pts[i].x, y});
+        }
+    }
+    return drawn;
+}
+
+// The screen row of y, or -1 outside the window.
+int rowOf(double y, Window const &w, Grid const &g) {
+    if (!(std::isfinite(y) && y >= g.bottomEdge)) return -1;
+    double r = std::floor((y - g.bottomEdge) / g.yStep);
+    return r < w.n ? int(w.n) - 1 - int(r) : -1;
+}
+
+char const *const curves[] = {
+    "tan(x)",    "1/x",         "1/(x^2-1)", "floor(x)",  "x floor(x)",       "sqrt(4-x^2)",  "ln(x)",
+    "sin(1/x)",  "x sin(1/x)",  "50x^3 - x", "exp(x)",    "3x^3-2x^2+x-5",   "abs(x) - 2",   "sign(x)",
+    "tan(x)^2",  "x^(1/3)",     "asin(x/4)", "ceil(x/2)", "sin(x)/x",         "1/sin(x)",     "cosh(x)-4",
+};
+Window const windows[] = {standard, {-3, 3, -2, 2, 97, 65}, {-0.5, 2.5, -10, 3, 120, 80}, {-20, 20, -3, 3, 33, 21}};
+
+// Samples the curve 64 times per column with the tree walk: each pixel it
+// passes through must be drawn. Reports the first few misses.
+void expectCovered(Expr const &e, Window const &w, std::string const &what) {
+    Grid g(w);
+    std::vector<Pt> pts = draw(e, w);
+    ASSERT_TRUE(wellFormed(pts)) << what;
+    std::set<std::pair<int, int>> drawn = drawnPixels(pts);
+    int missing = 0;
+    for (int col = 0; col < w.m; ++col)
+        for (int k = 0; k < 64; ++k) {
+            double x = g.leftEdge + g.xStep * (col + (k + 0.5) / 64);
+            int row = rowOf(e->evaluateAt(x), w, g);
+            if (row >= 0 && !drawn.count({col, row}) && ++missing <= 3)
+                ADD_FAILURE() << what << " on " << w.m << "x" << w.n << ": (" << col << ", " << row
+                              << ") at x = " << x << " not drawn";
+        }
+}
+
+TEST(ArbitraryGraph, EveryPixelOfTheCurveIsDrawn) {
+    for (Window const &w : windows)
+        for (char const *c : curves) expectCovered(parse(c), w, c);
+}
+
+TEST(ArbitraryGraph, EveryPixelOfRandomCurvesIsDrawn) {
+    evalgtest::Rng rng(32);
+    for (int i = 0; i < 150; ++i) {
+        std::string text = evalgtest::randomPrefix(rng, 4);
+        expectCovered(AlgebraicExpressionC::fromPrefixString(evalgtest::toU16(text)), windows[i % 4], text);
+    }
+}
+
+// Smooth curves are drawn from enclosures refined to within a row of what the
+// curve reaches: no run strays more than a row beyond the column's samples.
+TEST(ArbitraryGraph, SmoothCurvesAreNotOverdrawn) {
+    char const *const smooth[] = {"3x^3-2x^2+x-5", "sin(3x)", "exp(x/2) - 3", "x^2/4 - 4", "sin(x)cos(2x)"};
+    for (Window const &w : windows) {
+        Grid g(w);
+        for (char const *c : smooth) {
+            Expr e = parse(c);
+            std::vector<Pt> pts = draw(e, w);
+            for (Pt const &p : pts) {
+                int top = w.n, bottom = -1;
+                for (int k = 0; k <= 256; ++k) {
+                    double y = e->evaluateAt(g.leftEdge + g.xStep * (p.x + k / 256.0));
+                    double clamped = std::min(std::max(y, g.bottomEdge + g.yStep * 0.5), g.bottomEdge + g.yStep * (w.n - 0.5));
+                    int row = rowOf(clamped, w, g);
+                    top = std::min(top, row);
+                    bottom = std::max(bottom, row);
+                }
+                EXPECT_GE(p.y, top - 1) << c << " column " << p.x;
+                EXPECT_LE(p.y, bottom + 1) << c << " column " << p.x;
+            }
+        }
+    }
+}
+
+// Stretches counted by hand from where each curve breaks and leaves the
+// window; no point in a column wholly outside the curve's domain.
+TEST(ArbitraryGraph, BreaksExactlyWhereTheCurveBreaks) {
+    double const all = 1e300;
+    struct Case {
+        char const *curve;
+        Window w;
+        int stretches;
+        double from, to; // the domain
+    } const cases[] = {
+        {"tan(x)", {-7, 7, -5, 5, 141, 101}, 5, -all, all}, // four poles, five branches
+        {"1/x", standard, 2, -all, all},
+        {"1/(x^2-1)", standard, 3, -all, all},
+        {"floor(x)", {-3.2, 3.2, -5, 5, 65, 101}, 8, -all, all}, // values -4 to 3
+        // Steps 6..9, 2..4, 0..1 (no jump at 0), 1..2, 4..6, 9..9.75; the
+        // first step, 12..13, lies above the window.
+        {"x floor(x)", {-3.2, 3.2, -10, 10, 65, 101}, 6, -all, all},
+        {"50x^3 - x", standard, 1, -all, all}, // steep, never broken
+        {"exp(x)", standard, 1, -all, all},
+        {"sqrt(4-x^2)", standard, 1, -2, 2},
+        {"ln(x)", standard, 1, 0, all},
+        {"sqrt(x-1) + asin(x/3)", standard, 1, 1, 3},
+        {"sin(x)/x", standard, 1, -all, all}, // its one-point hole is no gap on screen
+        {"sign(x)", standard, 2, -all, all},
+        {"x^2 + 6", standard, 0, -all, all}, // above the window
+    };
+    for (Case const &c : cases) {
+        Grid g(c.w);
+        std::vector<Pt> pts = draw(parse(c.curve), c.w);
+        EXPECT_TRUE(wellFormed(pts)) << c.curve;
+        EXPECT_EQ(stretchCount(pts), c.stretches) << c.curve;
+        for (Pt const &p : pts) {
+            double left = g.leftEdge + g.xStep * p.x, right = left + g.xStep;
+            EXPECT_TRUE(right >= c.from && left <= c.to) << c.curve << " column " << p.x;
+        }
+    }
+}
+
+// A joined pair of points spanning more than half the window's height at a
+// pole's column is the false vertical line of column sampling (a true branch
+// there runs off the window well within half its height on these windows).
+int poleCrossings(std::vector<Pt> const &pts, Window const &w, std::vector<double> const &poles) {
+    Grid g(w);
+    int crossings = 0;
+    for (double p : poles) {
+        int column = int(std::floor((p - g.leftEdge) / g.xStep));
+        for (std::size_t i = 0; i + 1 < pts.size(); ++i) {
+            Pt const &a = pts[i], &b = pts[i + 1];
+            bool joined = !(a.m & L);
+            bool across = a.x <= column && column <= b.x;
+            crossings += joined && across && std::abs(a.y - b.y) > w.n / 2;
+        }
+    }
+    return crossings;
+}
+
+TEST(ArbitraryGraph, NoLineAcrossAPole) {
+    double const pi = 3.14159265358979323846;
+    struct Case {
+        char const *curve;
+        std::vector<double> poles;
+    } const cases[] = {
+        {"tan(x)", {-5 * pi / 2, -3 * pi / 2, -pi / 2, pi / 2, 3 * pi / 2, 5 * pi / 2}},
+        {"1/x", {0}},
+        {"-1/x", {0}},
+        {"1/(x^2-1)", {-1, 1}},
+        {"1/sin(x)", {-2 * pi, -pi, 0, pi, 2 * pi}},
+    };
+    for (Window const &w : {standard, Window{-8, 8, -5, 5, 33, 21}}) {
+        for (Case const &c : cases) {
+            EXPECT_EQ(poleCrossings(draw(parse(c.curve), w), w, c.poles), 0) << c.curve;
+        }
+    }
+    // Point sampling has no such guarantee, and the check sees the difference.
+    Window coarse{-8, 8, -5, 5, 33, 21};
+    EXPECT_GT(poleCrossings(draw(parse("tan(x)"), coarse, true), coarse, cases[0].poles), 0);
+}
+
+// y = x on a 5x5 window over [0, 4]: column c spans x and y in [c - 0.5,
+// c + 0.5], the rows of c and c + 1 (the upper edge belongs to the next
+// row), clamped to the top row's centre in the last column.
+TEST(ArbitraryGraph, ExactPointsOfALine) {
+    Window w{0, 4, 0, 4, 5, 5};
+    std::vector<Pt> expected = {{0, 4, F}, {0, 3, 0}, {1, 3, 0}, {1, 2, 0}, {2, 2, 0},
+                                {2, 1, 0}, {3, 1, 0}, {3, 0, 0}, {4, 0, L}};
+    EXPECT_EQ(draw(parse("x"), w), expected);
+    // Point sampling joins the same edge values here.
+    EXPECT_EQ(draw(parse("x"), w, true), expected);
+}
+
+TEST(ArbitraryGraph, DriverCases) {
+    qelt::mathapp::esb::CartesianRelationServiceC other(new qelt::mathapp::rel::QuadraticFunctionC(1, 0, 0));
+    ArbitraryFunctionFloat64EvalC evaluator;
+    PointerTC<qelt::mathapp::ds::GraphicalDomainC> domain = evalgtest::makeDomain(standard);
+    unsigned long before = domain->getReferenceCount();
+    PointerTC<qelt::mathapp::ds::GraphDataSetWinC> set = evaluator.evaluateGraph(other, domain);
+    ASSERT_TRUE(set);
+    EXPECT_EQ(set->getCount(), 0u);
+    EXPECT_EQ(set->getReferenceCount(), 1u);
+    set.reset();
+    EXPECT_EQ(domain->getReferenceCount(), before);
+    EXPECT_TRUE(draw(parse("x"), Window{1, 1, -5, 5, 10, 10}).empty());
+    // One column: an infinite step, no column to walk.
+    EXPECT_TRUE(draw(parse("x"), Window{-1, 1, -5, 5, 1, 10}).empty());
+    EXPECT_TRUE(evalgtest::draw(evaluator, new ArbitraryFunctionC(nullptr), standard).empty());
+    // A copy draws the same, in its own mode.
+    ArbitraryFunctionFloat64EvalC sampler(true);
+    ArbitraryFunctionFloat64EvalC copy(sampler);
+    EXPECT_TRUE(copy.getPointSampling());
+    Expr e = parse("tan(x)");
+    EXPECT_EQ(evalgtest::draw(copy, new ArbitraryFunctionC(e), standard), draw(e, standard, true));
+    copy = evaluator;
+    EXPECT_EQ(evalgtest::draw(copy, new ArbitraryFunctionC(e), standard), draw(e, standard));
+}
+
+// Seeded random expressions on wild windows: every walk ends, every point
+// lies on the grid, and the markers pair up.
+TEST(ArbitraryGraph, RandomExpressionsOnWildWindows) {
+    evalgtest::Rng rng(31);
+    for (int i = 0; i < 250; ++i) {
+        std::string text = evalgtest::randomPrefix(rng, 5);
+        Expr e = AlgebraicExpressionC::fromPrefixString(evalgtest::toU16(text));
+        double x0 = rng.wild(50), y0 = rng.wild(50);
+        Window w{x0, x0 + std::fabs(rng.wild(20)), y0, y0 + std::fabs(rng.wild(20)),
+                 static_cast<unsigned short>(1 + rng.below(300)), static_cast<unsigned short>(1 + rng.below(200))};
+        for (bool sampling : {false, true}) {
+            std::vector<Pt> pts = draw(e, w, sampling);
+            EXPECT_TRUE(wellFormed(pts)) << text;
+            for (Pt const &p : pts) {
+                EXPECT_TRUE(p.x >= 0 && p.x < w.m && p.y >= 0 && p.y < w.n) << text << " " << p;
+            }
+        }
+    }
+}
+
+} // namespace
