@@ -19,10 +19,25 @@ int const labelHeight = 40;
 int const sheetColumns = 4;
 char const *const sampleSketchFile = "sketch-points.json";
 
+// Words as a shell splits them: at blanks, with '...' quoting.
 std::vector<std::string> splitWords(std::string const &s) {
     std::vector<std::string> out;
-    std::istringstream in(s);
-    for (std::string word; in >> word;) out.push_back(word);
+    std::string word;
+    bool inWord = false, quoted = false;
+    for (char c : s) {
+        if (c == '\'') {
+            quoted = !quoted;
+            inWord = true;
+        } else if (c == ' ' && !quoted) {
+            if (inWord) out.push_back(word);
+            word.clear();
+            inWord = false;
+        } else {
+            word += c;
+            inWord = true;
+        }
+    }
+    if (inWord) out.push_back(word);
     return out;
 }
 
@@ -84,9 +99,11 @@ void runGallery(GalleryOptions const &o) {
         writeOutput(folder + "/" + e.file, encodePng(e.image, 4));
         int x = tileMargin + int(i % sheetColumns) * (tileWidth + tileMargin);
         int y = tileMargin + int(i / sheetColumns) * (tileHeight + tileMargin);
-        sheet.text(x, y, e.kind->name, Ink, 2);
-        sheet.text(x, y + 18, e.kind->curve, Ink, 1);
-        sheet.text(x, y + 28, e.arguments, curveColour(0), 1);
+        // Labels are cut at the tile's edge rather than run into the next one.
+        auto fit = [tileWidth](std::string const &s, int scale) { return s.substr(0, std::size_t(tileWidth / (6 * scale))); };
+        sheet.text(x, y, fit(e.kind->name, 2), Ink, 2);
+        sheet.text(x, y + 18, fit(e.kind->curve, 1), Ink, 1);
+        sheet.text(x, y + 28, fit(e.arguments, 1), curveColour(0), 1);
         sheet.paste(e.image, x, y + labelHeight, tileScale);
     }
     writeOutput(folder + "/gallery.png", encodePng(sheet, 1));

@@ -6,15 +6,24 @@
 
 #include "collab/ds/FloatDataSetC.h"
 #include "collab/esb/CartesianRelationServiceC.h"
+#include "collab/math/algexpr/AlgebraicExpressionC.h"
+#include "collab/rel/ArbitraryFunctionC.h"
 #include "collab/rel/ExponentialFunctionC.h"
+#include "collab/rel/LinearFunction1C.h"
 #include "collab/rel/LogarithmicFunctionC.h"
+#include "collab/rel/ParabolaC.h"
+#include "collab/rel/ParabolaVertC.h"
 #include "collab/rel/PowerFunctionC.h"
 #include "collab/rel/QuadraticFunctionC.h"
 #include "collab/rel/SinusoidalFunctionC.h"
 #include "collab/rel/SketchC.h"
 #include "Errors.h"
+#include "evalg/ArbitraryFunctionFloat64EvalC.h"
 #include "evalg/ExponentialFunctionEvalC.h"
+#include "evalg/LinearFunction1EvalC.h"
 #include "evalg/LogarithmicFunctionEvalC.h"
+#include "evalg/ParabolaEvalC.h"
+#include "evalg/ParabolaVertEvalC.h"
 #include "evalg/PowerFunctionEvalC.h"
 #include "evalg/QuadraticFunctionEvalC.h"
 #include "evalg/SinusoidalFunctionEvalC.h"
@@ -86,6 +95,19 @@ KindSpec graphKind(std::string name, std::string curve, std::vector<ParamSpec> p
     return k;
 }
 
+// The relation y = f(x) of the expression f=, which must parse.
+rel::RelationC *expression(Arguments const &a) {
+    std::string const &f = a.text("f");
+    std::string error;
+    PointerTC<qelt::math::algexpr::AlgebraicExpressionC> parsed =
+        qelt::math::algexpr::AlgebraicExpressionC::fromInfixString(f, &error);
+    if (f.empty()) throw UsageError("expr: f=\"EXPRESSION\" is required, an expression in x such as f=\"x^2 - 2\"");
+    if (!parsed)
+        throw UsageError("expr f: '" + f + "' does not parse: " + error +
+                         "; write it in ordinary notation, such as f=\"2x^2 - sin(x)/x\"");
+    return new rel::ArbitraryFunctionC(parsed);
+}
+
 // Any other kind's relation, drawn by the general sampled evaluator.
 KindSpec sampledKind() {
     KindSpec k;
@@ -137,10 +159,22 @@ std::vector<KindSpec> makeKinds() {
     // Exponents are whole numbers that a double holds exactly.
     double const exactInteger = 9007199254740992.0;
     std::vector<KindSpec> table;
+    table.push_back(graphKind<evalg::LinearFunction1EvalC>(
+        "line", "y = m(x - h) + k", {number("m", 1, "slope"), h0, k0}, "LinearFunction1EvalC",
+        [](Arguments const &a) { return new rel::LinearFunction1C(a.number("m"), a.number("h"), a.number("k")); },
+        "m=0.5 h=-2 k=1"));
     table.push_back(graphKind<evalg::QuadraticFunctionEvalC>(
         "quadratic", "y = a(x - h)^2 + k", {a1, h0, k0}, "QuadraticFunctionEvalC",
         [](Arguments const &a) { return new rel::QuadraticFunctionC(a.number("a"), a.number("h"), a.number("k")); },
         "a=0.25 h=1 k=-4"));
+    table.push_back(graphKind<evalg::ParabolaVertEvalC>(
+        "vparabola", "(x - h)^2 = 4a(y - k), vertical axis", {h0, k0, a1}, "ParabolaVertEvalC",
+        [](Arguments const &a) { return new rel::ParabolaVertC(a.number("h"), a.number("k"), a.number("a")); },
+        "h=-1 k=-3 a=0.5"));
+    table.push_back(graphKind<evalg::ParabolaEvalC>(
+        "parabola", "(y - k)^2 = 4a(x - h), horizontal axis", {h0, k0, a1}, "ParabolaEvalC",
+        [](Arguments const &a) { return new rel::ParabolaC(a.number("h"), a.number("k"), a.number("a")); },
+        "h=-4 k=0.5 a=1"));
     table.push_back(graphKind<evalg::PowerFunctionEvalC>(
         "power", "y = a(x - h)^r + k, r a whole number",
         {a1, h0, k0, integer("r", 1, -exactInteger, exactInteger, "exponent"),
@@ -172,6 +206,9 @@ std::vector<KindSpec> makeKinds() {
                 return new rel::SinusoidalFunctionC(a.number("a"), a.number("b"), a.number("h"), a.number("k"), sine);
             },
             sine ? "a=1.5 b=3 h=0.5" : "a=0.5 b=4 k=-0.5"));
+    table.push_back(graphKind<evalg::ArbitraryFunctionFloat64EvalC>(
+        "expr", "y = f(x), f in ordinary notation: 2x^2 - 3, sin(x)/x", {text("f", "", "\"EXPRESSION\"")},
+        "ArbitraryFunctionFloat64EvalC", expression, "f='tan(x)/2'"));
     table.push_back(sampledKind());
     table.push_back(sketchKind());
     return table;

@@ -148,7 +148,8 @@ INSTANTIATE_TEST_SUITE_P(Tool, Sketches,
 
 TEST(Gallery, WritesEveryFileItPromises) {
     // Every kind of the tool, each with its picture.
-    std::set<std::string> const kinds{"quadratic", "power", "exp", "log", "sin", "cos", "sampled", "sketch"};
+    std::set<std::string> const kinds{"line", "quadratic", "vparabola", "parabola", "power", "exp",   "log",
+                                      "sin",  "cos",       "expr",      "sampled",  "sketch"};
     Folder f;
     Result r = f.evalg({"gallery", "-o", "shown"});
     ASSERT_EQ(r.status, 0) << r.err;

@@ -52,6 +52,10 @@ std::vector<BadInput> badInputs() {
         {"bad relation after --and", {"plot", "quadratic", "--and", "cubic", "-o", "out.png"}, "unknown kind 'cubic'"},
         {"fractional exponent", {"plot", "power", "r=1.5", "-o", "out.png"}, "'1.5' is not a whole number"},
         {"unknown restriction", {"plot", "power", "restriction=3", "-o", "out.png"}, "from 0 to 2"},
+        {"expression not parsing", {"plot", "expr", "f=x^2+", "-o", "out.png"}, "does not parse"},
+        {"expression missing", {"plot", "line", "--and", "expr", "-o", "out.png"}, "f=\"EXPRESSION\" is required"},
+        {"sampled expression not parsing", {"table", "sampled", "of=expr", "f=sin(", "--x=1", "-o", "out.csv"},
+         "does not parse"},
         {"sampled without of", {"plot", "sampled", "-o", "out.png"}, "of=KIND is required"},
         {"sampled of itself", {"plot", "sampled", "of=sampled", "-o", "out.png"}, "of='sampled'"},
         {"subdivisions too many", {"plot", "sampled", "of=quadratic", "subdivisions=70000", "-o", "out.png"},
@@ -121,7 +125,8 @@ TEST(OutputFiles, AnUnwritablePlaceIsStatusOne) {
 // a quarter of them with wrong words too: 60 runs, each must end with 0 (and a file that reads back) or
 // 2 (and no file), never with a crash or a signal.
 TEST(RandomArguments, EndWithZeroOrTwo) {
-    std::vector<std::string> const kinds{"quadratic", "power", "exp", "log", "sin", "cos", "sampled of=quadratic"};
+    std::vector<std::string> const kinds{"line", "quadratic", "vparabola", "parabola", "power", "exp", "log",
+                                         "sin", "cos", "expr f=x^3-1/x", "sampled of=parabola"};
     std::vector<std::string> const names{"a", "b", "h", "k", "r", "base", "restriction", "subdivisions", "of", "zz"};
     std::vector<std::string> const values{"0",    "-0",  "1",   "-1",   "1e300", "-1e300", "1e-300", "2.5", "nan",
                                           "1e999", "abc", "",    "3",    "65535", "quadratic", "sin",   "-7"};
@@ -135,6 +140,7 @@ TEST(RandomArguments, EndWithZeroOrTwo) {
         if (kind == "exp") return {"b", "r", "k"};
         if (kind == "log") return {"a", "b", "h", "k", "base"};
         if (kind == "sampled") return {"a", "h", "k", "subdivisions"};
+        if (kind == "line") return {"m", "h", "k"};
         return {"a", "b", "h", "k"};
     };
     std::mt19937_64 random(20240611);
@@ -166,7 +172,7 @@ TEST(RandomArguments, EndWithZeroOrTwo) {
         }
         done += r.status == 0;
     }
-    EXPECT_GE(done, 30) << "most runs should get through, to reach the drawing";
+    EXPECT_GE(done, 20) << "a good share of the runs must get through to the drawing";
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 // evalg plot, end to end: every format against what the library returns for
 // the same relation and window.
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <functional>
 #include <gtest/gtest.h>
@@ -7,15 +9,24 @@
 
 #include "collab/esb/CartesianRelationServiceC.h"
 #include "collab/ds/FloatDataSetC.h"
+#include "collab/math/algexpr/AlgebraicExpressionC.h"
+#include "collab/rel/ArbitraryFunctionC.h"
 #include "collab/rel/ExponentialFunctionC.h"
+#include "collab/rel/LinearFunction1C.h"
 #include "collab/rel/LogarithmicFunctionC.h"
+#include "collab/rel/ParabolaC.h"
+#include "collab/rel/ParabolaVertC.h"
 #include "collab/rel/PowerFunctionC.h"
 #include "collab/rel/QuadraticFunctionC.h"
 #include "collab/rel/SinusoidalFunctionC.h"
 #include "collab/rel/SketchC.h"
+#include "evalg/ArbitraryFunctionFloat64EvalC.h"
 #include "evalg/ExponentialFunctionEvalC.h"
+#include "evalg/LinearFunction1EvalC.h"
 #include "evalg/GeneralEvalC.h"
 #include "evalg/LogarithmicFunctionEvalC.h"
+#include "evalg/ParabolaEvalC.h"
+#include "evalg/ParabolaVertEvalC.h"
 #include "evalg/PowerFunctionEvalC.h"
 #include "evalg/QuadraticFunctionEvalC.h"
 #include "evalg/SinusoidalFunctionEvalC.h"
@@ -93,7 +104,22 @@ Library sketched() {
 
 std::vector<PlotCase> plotCases() {
     using Q = evalg::QuadraticFunctionEvalC;
+    auto expression = [](char const *f) {
+        return new rel::ArbitraryFunctionC(qelt::math::algexpr::AlgebraicExpressionC::fromInfixString(f));
+    };
     return {
+        {"line", {"line", "m=-3", "k=2"}, handheld, "LinearFunction1EvalC",
+         drawnBy<evalg::LinearFunction1EvalC>(new rel::LinearFunction1C(-3, 0, 2))},
+        {"vparabola", {"vparabola", "h=2", "a=-0.25"}, handheld, "ParabolaVertEvalC",
+         drawnBy<evalg::ParabolaVertEvalC>(new rel::ParabolaVertC(2, 0, -0.25))},
+        {"parabola", {"parabola", "h=-4", "k=0.5", "a=1"}, handheld, "ParabolaEvalC",
+         drawnBy<evalg::ParabolaEvalC>(new rel::ParabolaC(-4, 0.5, 1))},
+        {"expr with poles", {"expr", "f=tan(x)/2"}, handheld, "ArbitraryFunctionFloat64EvalC",
+         drawnBy<evalg::ArbitraryFunctionFloat64EvalC>(expression("tan(x)/2"))},
+        {"sampled two branches", {"sampled", "of=parabola", "h=-4", "k=0.5"}, handheld, "GeneralEvalC",
+         sampledBy(100, new rel::ParabolaC(-4, 0.5, 1))},
+        {"sampled expr", {"sampled", "of=expr", "f=1/x+1", "subdivisions=7"}, handheld, "GeneralEvalC",
+         sampledBy(7, expression("1/x+1"))},
         {"quadratic with defaults", {"quadratic"}, handheld, "QuadraticFunctionEvalC",
          drawnBy<Q>(new rel::QuadraticFunctionC(1, 0, 0))},
         {"quadratic vertex below", {"quadratic", "a=0.25", "h=1", "k=-7"}, handheld, "QuadraticFunctionEvalC",
@@ -218,6 +244,26 @@ TEST_P(PlotFormats, SvgHasOnePolylinePerStretch) {
     std::string svg = f.read("out.svg");
     std::vector<json> expected = stretches(libraryPoints(c), c.window.m, c.window.n);
     std::vector<std::string> polylines = quotedAfter(svg, "<polyline points=");
+    if (std::string(c.evaluator) == "GeneralEvalC") {
+        // It sets no markers: its stretches are its branches, and every point
+        // near the window lies on exactly one of them.
+        std::vector<std::pair<double, double>> drawn, given;
+        for (std::string const &p : polylines) {
+            std::istringstream coords(p);
+            double x, y;
+            char comma;
+            std::vector<std::pair<double, double>> line;
+            while (coords >> x >> comma >> y) line.emplace_back(x - 0.5, y - 0.5);
+            if (line.size() == 2 && line[0] == line[1]) line.pop_back(); // a lone point
+            drawn.insert(drawn.end(), line.begin(), line.end());
+        }
+        for (json const &run : expected)
+            for (json const &p : run) given.emplace_back(p[0], p[1]);
+        std::sort(drawn.begin(), drawn.end());
+        std::sort(given.begin(), given.end());
+        EXPECT_EQ(drawn, given);
+        return;
+    }
     ASSERT_EQ(polylines.size(), expected.size());
     for (std::size_t i = 0; i < polylines.size(); ++i) {
         std::istringstream coords(polylines[i]);
@@ -297,6 +343,23 @@ TEST(PlotTool, NoAxesLeavesOnlyBackgroundAndCurve) {
             EXPECT_FALSE(png.at(80, 5) == png.at(0, 5)) << "the axis is darker than the grid";
         }
     }
+}
+
+// The sampled evaluator writes both branches' runs column by column; joined
+// as they come they would fill the inside of the parabola.
+TEST(PlotTool, SampledBranchesAreNotJoinedToEachOther) {
+    Folder f;
+    ASSERT_EQ(f.evalg({"plot", "sampled", "of=parabola", "h=-4", "k=0.5", "--no-axes", "--scale=1", "-o", "p.png"}).status, 0);
+    Png png = readPng(f.file("p.png"));
+    ASSERT_EQ(png.width, 161u);
+    int inside = 0;
+    for (double x = -3; x <= 8; x += 0.5) {
+        double s = 2 * std::sqrt(x + 4); // the branches are at 0.5 + s and 0.5 - s
+        unsigned column = unsigned(std::lround((x + 8) * 10));
+        for (double y = std::max(0.5 - s + 0.3, -5.0); y <= std::min(0.5 + s - 0.3, 5.0); y += 0.1, ++inside)
+            ASSERT_EQ(png.at(column, unsigned(std::lround((5 - y) * 10))), (Rgb{255, 255, 255})) << x << "," << y;
+    }
+    EXPECT_GT(inside, 500);
 }
 
 } // namespace
