@@ -69,27 +69,27 @@ void CartesianRelationGraphEvalHelperC::calculateConstant(double y, SetP set) {
 }
 
 void CartesianRelationGraphEvalHelperC::appendPixelPoint(double x, double y, SetP set) {
-    addPixelPoints(x, y, y, set, false);
+    addPixelPoints(x, y, y, set.get(), false);
 }
 
 void CartesianRelationGraphEvalHelperC::prependPixelPoint(double x, double y, SetP set) {
-    addPixelPoints(x, y, y, set, true);
+    addPixelPoints(x, y, y, set.get(), true);
 }
 
 void CartesianRelationGraphEvalHelperC::appendPixelPoints(double x, double y1, double y2, SetP set) {
-    addPixelPoints(x, y1, y2, set, false);
+    addPixelPoints(x, y1, y2, set.get(), false);
 }
 
 void CartesianRelationGraphEvalHelperC::prependPixelPoints(double x, double y1, double y2, SetP set) {
-    addPixelPoints(x, y1, y2, set, true);
+    addPixelPoints(x, y1, y2, set.get(), true);
 }
 
 void CartesianRelationGraphEvalHelperC::appendPixelPointsXYSwapped(double y, double x1, double x2, SetP set) {
-    addPixelPointsXYSwapped(y, x1, x2, set, false);
+    addPixelPointsXYSwapped(y, x1, x2, set.get(), false);
 }
 
 void CartesianRelationGraphEvalHelperC::prependPixelPointsXYSwapped(double y, double x1, double x2, SetP set) {
-    addPixelPointsXYSwapped(y, x1, x2, set, true);
+    addPixelPointsXYSwapped(y, x1, x2, set.get(), true);
 }
 
 void CartesianRelationGraphEvalHelperC::addStartMarker(unsigned char *marker) {
@@ -105,7 +105,8 @@ unsigned char *CartesianRelationGraphEvalHelperC::markerSlot(ds::GraphDataSetWin
     return set.getPixelMarkers(count) + index;
 }
 
-void CartesianRelationGraphEvalHelperC::addPixelPoints(double x, double y1, double y2, SetP set, bool prepend) {
+void CartesianRelationGraphEvalHelperC::addPixelPoints(double x, double y1, double y2, ds::GraphDataSetWinC *set,
+                                                       bool prepend) {
     if (!set) return;
     // Whole span below the grid (a NaN y2 with y1 below is dropped here too).
     if (y1 < bottomEdge && !(y2 >= bottomEdge)) return;
@@ -130,8 +131,8 @@ void CartesianRelationGraphEvalHelperC::addPixelPoints(double x, double y1, doub
     emitSpan(start < end, rowStart, rowEnd, [&](int r) { put(target, col, long(rows - r - 1), prepend); });
 }
 
-void CartesianRelationGraphEvalHelperC::addPixelPointsXYSwapped(double y, double x1, double x2, SetP set,
-                                                                bool prepend) {
+void CartesianRelationGraphEvalHelperC::addPixelPointsXYSwapped(double y, double x1, double x2,
+                                                                ds::GraphDataSetWinC *set, bool prepend) {
     if (!set) return;
     if (x1 < leftEdge && !(x2 >= leftEdge)) return;
     if (x1 > rightEdge && x2 > rightEdge) return;

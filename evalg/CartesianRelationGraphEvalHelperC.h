@@ -46,8 +46,10 @@ protected:
     static unsigned char *nextMarker(SetP const &set) { return markerSlot(*set, long(set->getCount())); }
 
 private:
-    void addPixelPoints(double x, double y1, double y2, SetP set, bool prepend);
-    void addPixelPointsXYSwapped(double y, double x1, double x2, SetP set, bool prepend);
+    // The set by reference: the public forms hold the caller's reference for
+    // the call, so the span needs no further one.
+    void addPixelPoints(double x, double y1, double y2, ds::GraphDataSetWinC *set, bool prepend);
+    void addPixelPointsXYSwapped(double y, double x1, double x2, ds::GraphDataSetWinC *set, bool prepend);
 };
 
 } // namespace evalg

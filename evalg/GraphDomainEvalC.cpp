@@ -3,6 +3,7 @@
 #include <cmath>
 #include <new>
 
+#include "collab/oss/IntegerConversionC.h"
 #include "evalg/GraphDomainServiceNames.h"
 
 namespace qelt {
@@ -30,8 +31,8 @@ bool GraphDomainEvalC::setDomain(oss::PointerTC<ds::GraphicalDomainC> domain) {
     xStep = (xMax - xMin) / double(int(pixelColumns) - 1);
     // The y limits are asked of the domain again rather than read back.
     yStep = (domain->getYMax() - domain->getYMin()) / double(int(pixelRows) - 1);
-    xStepReciprocal = 1.0 / xStep;
-    yStepReciprocal = 1.0 / yStep;
+    xStepReciprocal = oss::IntegerConversionC::quotientReciprocal(xStep);
+    yStepReciprocal = oss::IntegerConversionC::quotientReciprocal(yStep);
     xHalfStep = xStep * 0.5;
     yHalfStep = yStep * 0.5;
     leftEdge = xMin - xHalfStep;

@@ -58,8 +58,9 @@ protected:
     double xMin;
     double yMax;
     double yMin;
-    // 1 / xStep and 1 / yStep, so that span emission can find pixel indices
-    // by multiplying where that gives the same index as dividing.
+    // 1 / xStep and 1 / yStep (0 where not a normal double), so that span
+    // emission can find pixel indices by multiplying where that gives the same
+    // index as dividing.
     double xStepReciprocal;
     double yStepReciprocal;
 };

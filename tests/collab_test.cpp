@@ -75,9 +75,9 @@ TEST(Convert, InlineFloorAgreesWithTheLibraryFloor) {
 TEST(Convert, ReciprocalQuotientFloorsLikeTheDivision) {
     // Steps of real windows, and numerators on, near and between multiples.
     Rng rng(5);
-    double const steps[] = {0.1, 1.0 / 3, 16.0 / 1919, 10.0 / 100, 1e-300, 3e-308, 1e300, 4.9e-324, 7.0};
+    double const steps[] = {0.1, 1.0 / 3, 16.0 / 1919, 10.0 / 100, 1e-300, 3e-308, 1e300, 4.9e-324, 7.0, 1e308, Inf};
     for (double d : steps) {
-        double inv = 1.0 / d;
+        double inv = IntegerConversionC::quotientReciprocal(d);
         for (int i = 0; i < 20000; ++i) {
             double n;
             switch (i % 4) {

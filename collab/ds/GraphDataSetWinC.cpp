@@ -17,13 +17,6 @@ const std::size_t MIN_GROWTH = 16;
 const std::size_t MAX_HINT = 1u << 24;
 // The count is reported as an unsigned int: the set never holds more.
 const std::size_t MAX_POINTS = 0xFFFFFFF0u;
-
-int32_t toCoordinate(long v) {
-    // Keep the low 32 bits in two's complement, as the platform record would.
-    uint32_t u = static_cast<uint32_t>(static_cast<unsigned long>(v));
-    return u <= 0x7FFFFFFFu ? static_cast<int32_t>(u)
-                            : static_cast<int32_t>(static_cast<int64_t>(u) - 4294967296LL);
-}
 } // namespace
 
 GraphDataSetWinC::GraphDataSetWinC(unsigned int capacity, unsigned int frontReserve,
@@ -81,30 +74,16 @@ bool GraphDataSetWinC::reserveBack() {
     return relocate(begin_, count > MIN_GROWTH ? count : MIN_GROWTH);
 }
 
-bool GraphDataSetWinC::appendPixelPoint(long const &x, long const &y, unsigned char const &marker) {
-    POINT p;
-    p.x = toCoordinate(x);
-    p.y = toCoordinate(y);
+bool GraphDataSetWinC::appendGrowing(POINT const &point, unsigned char const &marker) {
+    POINT p = point; // the argument may live in this set's own storage
+    if (!reserveBack()) return false;
     return appendPixelPoint(p, marker);
 }
 
-bool GraphDataSetWinC::appendPixelPoint(POINT const &point, unsigned char const &marker) {
-    POINT p = point; // the argument may live in this set's own storage
-    if (!reserveBack()) return false;
-    points_[end_] = p;
-    markers_[end_ + 1] |= marker;
-    ++end_;
-    return true;
-}
-
-bool GraphDataSetWinC::prependPixelPoint(long const &x, long const &y, unsigned char const &marker) {
+bool GraphDataSetWinC::prependGrowing(long const &x, long const &y, unsigned char const &marker) {
+    long px = x, py = y; // the arguments may live in storage that moves
     if (!reserveFront()) return false;
-    --begin_;
-    points_[begin_].x = toCoordinate(x);
-    points_[begin_].y = toCoordinate(y);
-    // The old spare slot -1 becomes the new point's marker.
-    markers_[begin_ + 1] |= marker;
-    return true;
+    return prependPixelPoint(px, py, marker);
 }
 
 bool GraphDataSetWinC::appendPixelPoints(oss::PointerTC<GraphDataSetWinC> other, bool flag) {

@@ -2,6 +2,7 @@
 #define QELT_DS_GRAPHDATASETWINC_H
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 
 #include "collab/ds/GraphicalDomainC.h"
@@ -30,9 +31,30 @@ public:
                      oss::PointerTC<GraphicalDomainC> domain);
     virtual ~GraphDataSetWinC();
 
-    bool appendPixelPoint(long const &x, long const &y, unsigned char const &marker);
-    bool appendPixelPoint(POINT const &point, unsigned char const &marker);
-    bool prependPixelPoint(long const &x, long const &y, unsigned char const &marker);
+    // Inline while there is room, which is nearly always: emission appends a
+    // point or two per pixel column.
+    bool appendPixelPoint(long const &x, long const &y, unsigned char const &marker) {
+        POINT p;
+        p.x = toCoordinate(x);
+        p.y = toCoordinate(y);
+        return appendPixelPoint(p, marker);
+    }
+    bool appendPixelPoint(POINT const &point, unsigned char const &marker) {
+        if (end_ >= capacity_) return appendGrowing(point, marker);
+        points_[end_] = point;
+        markers_[end_ + 1] |= marker;
+        ++end_;
+        return true;
+    }
+    bool prependPixelPoint(long const &x, long const &y, unsigned char const &marker) {
+        if (begin_ == 0) return prependGrowing(x, y, marker);
+        --begin_;
+        points_[begin_].x = toCoordinate(x);
+        points_[begin_].y = toCoordinate(y);
+        // The old spare slot -1 becomes the new point's marker.
+        markers_[begin_ + 1] |= marker;
+        return true;
+    }
 
     // Appends the other set's points with their markers. With flag false this
     // is exactly appending them one by one (a marker pending in this set's slot
@@ -63,6 +85,14 @@ private:
 
     static bool allocate(std::size_t capacity, std::unique_ptr<POINT[]> &points,
                          std::unique_ptr<unsigned char[]> &markers);
+    bool appendGrowing(POINT const &point, unsigned char const &marker);
+    bool prependGrowing(long const &x, long const &y, unsigned char const &marker);
+    // Keeps the low 32 bits in two's complement, as the platform record would.
+    static int32_t toCoordinate(long v) {
+        uint32_t u = static_cast<uint32_t>(static_cast<unsigned long>(v));
+        return u <= 0x7FFFFFFFu ? static_cast<int32_t>(u)
+                                : static_cast<int32_t>(static_cast<int64_t>(u) - 4294967296LL);
+    }
     bool reserveFront();
     bool reserveBack();
     bool relocate(std::size_t front, std::size_t back);

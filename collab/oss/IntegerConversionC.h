@@ -29,7 +29,15 @@ public:
         // (i > INT64_MIN here, since v > -2^63.)
         return static_cast<double>(i) > v ? i - 1 : i;
     }
-    // floorToInt64(n / d), computed with the reciprocal inv = 1.0 / d where
+    // The reciprocal of d for floorQuotient: 1 / d when that is a normal
+    // double, else 0.
+    static double quotientReciprocal(double d) {
+        double inv = 1.0 / d;
+        double a = std::fabs(inv);
+        return a >= 2.2250738585072014e-308 && a <= 1.7976931348623157e308 ? inv : 0.0;
+    }
+
+    // floorToInt64(n / d), computed with inv = quotientReciprocal(d) where
     // that provably gives the same integer. n * inv and the rounded quotient
     // both lie within 2^-51 of the true n / d, relative to it; so when n * inv
     // is normal and lies further than 2^-48 of its size from any integer, the
@@ -37,8 +45,10 @@ public:
     static int64_t floorQuotient(double n, double d, double inv) {
         double r = n * inv;
         double a = std::fabs(r);
-        // The bound needs a normal reciprocal; a NaN fails the size test.
-        if (a < 4503599627370496.0 && inv >= 2.2250738585072014e-308 && inv <= 1.7976931348623157e308) {
+        // The bound needs a normal reciprocal: pass 0 for any other, which
+        // makes the product 0 (or NaN) and so always divides. NaN fails the
+        // size test.
+        if (a < 4503599627370496.0) {
             int64_t t = static_cast<int64_t>(r);
             if (static_cast<double>(t) > r) --t;
             double frac = r - static_cast<double>(t); // exact below 2^52

@@ -1,0 +1,373 @@
+#include "evalg/CircleAndEllipseCommonEvalC.h"
+
+#include <cmath>
+#include <cstdint>
+#include <new>
+
+#include "collab/ds/PixelPointC.h"
+#include "collab/oss/IntegerConversionC.h"
+#include "evalg/GraphDomainServiceNames.h"
+
+namespace qelt {
+namespace mathapp {
+namespace evalg {
+
+using oss::IntegerConversionC;
+
+namespace {
+
+// One octant: which axis the walk advances on, the signs of its steps, and
+// whether its set is filled from the front.
+struct Octant {
+    bool swap;     // u is y and v is x
+    double uSign;  // walking direction on u
+    double vSign;  // outward direction on v
+    bool prepend;
+};
+
+const Octant OCTANTS[8] = {
+    {true, -1, -1, true},   // 1: slope point to the leftmost point
+    {false, +1, +1, false}, // 2: slope point to the top
+    {false, -1, +1, true},  // 3: slope point to the top
+    {true, -1, +1, false},  // 4: slope point to the rightmost point
+    {true, +1, +1, true},   // 5: slope point to the rightmost point
+    {false, -1, -1, false}, // 6: slope point to the bottom
+    {false, +1, -1, true},  // 7: slope point to the bottom
+    {true, +1, -1, false},  // 8: slope point to the leftmost point
+};
+
+// The centre of the pixel cell holding c, on a grid of cells of width step
+// starting at edge.
+double snap(double c, double edge, double step) { return edge + (std::floor((c - edge) / step) + 0.5) * step; }
+
+} // namespace
+
+CircleAndEllipseCommonEvalC::CircleAndEllipseCommonEvalC() : reachMargin(3.0), stepCount(0) {}
+CircleAndEllipseCommonEvalC::CircleAndEllipseCommonEvalC(CircleAndEllipseCommonEvalC const &) = default;
+CircleAndEllipseCommonEvalC &CircleAndEllipseCommonEvalC::operator=(CircleAndEllipseCommonEvalC const &) = default;
+CircleAndEllipseCommonEvalC::~CircleAndEllipseCommonEvalC() {}
+
+void CircleAndEllipseCommonEvalC::plot(double a, double b, double h, double k, double xStep, double yStep,
+                                       SetP target) {
+    stepCount = 0;
+    if (!target) return;
+    oss::PointerTC<ds::GraphicalDomainC> domain = target->getDomain();
+    if (!domain) return;
+
+    // Odd octants (index 0, 2, ...) fill their sets from the front.
+    SetP sets[8];
+    for (int i = 0; i < 8; ++i)
+        sets[i] = SetP(new (std::nothrow) ds::GraphDataSetWinC(402, i % 2 == 0 ? 401 : 0, domain));
+
+    // Normaliser; the second form survives the overflow of the squares.
+    double S = (a * yStep) * (a * yStep) + (b * xStep) * (b * xStep);
+    double t;
+    if (std::isfinite(S)) {
+        t = 1 / std::sqrt(S);
+    } else {
+        double r = a * yStep / (b * xStep);
+        t = 1 / (std::sqrt(r * r + 1) * b * xStep);
+    }
+    if (!std::isfinite(t)) return;
+
+    // All four window corners strictly inside the curve: nothing to draw.
+    double dxL = (leftEdge - h) * b;
+    double dxR = (rightEdge - h) * b;
+    double dyB = (bottomEdge - k) * a;
+    double dyT = (topEdge - k) * a;
+    double ab = a * b;
+    if (std::sqrt(dxL * dxL + dyB * dyB) < ab && std::sqrt(dxL * dxL + dyT * dyT) < ab &&
+        std::sqrt(dxR * dxR + dyB * dyB) < ab && std::sqrt(dxR * dxR + dyT * dyT) < ab)
+        return;
+
+    // Half-chords at the window edges; an edge that misses the curve gives NaN.
+    double ia = 1 / a;
+    double ib = 1 / b;
+    double qL = (leftEdge - h) * ia;
+    double qR = (rightEdge - h) * ia;
+    double qB = (bottomEdge - k) * ib;
+    double qT = (topEdge - k) * ib;
+    double hL = std::sqrt(1 - qL * qL) * b;
+    double hR = std::sqrt(1 - qR * qR) * b;
+    double wB = std::sqrt(1 - qB * qB) * a;
+    double wT = std::sqrt(1 - qT * qT) * a;
+
+    if (!plot_straight_runs(a, b, h, k, hL, hR, wB, wT, target)) {
+        bool upper = k <= topEdge && k + b >= bottomEdge;
+        bool lower = k >= bottomEdge && k - b <= topEdge;
+        bool leftHalf = h >= leftEdge && h - a <= rightEdge;
+        bool rightHalf = h <= rightEdge && h + a >= leftEdge;
+        // Quadrants in order: upper left, upper right, lower right, lower left.
+        bool quadrant[4] = {leftHalf && upper, rightHalf && upper, rightHalf && lower, leftHalf && lower};
+        for (int i = 0; i < 8; ++i) {
+            if (!quadrant[i / 2]) continue;
+            Octant const &o = OCTANTS[i];
+            if (o.swap)
+                plot_eighth(b, a, k, h, o.uSign * yStep, o.vSign * xStep, t, true, o.prepend, sets[i]);
+            else
+                plot_eighth(a, b, h, k, o.uSign * xStep, o.vSign * yStep, t, false, o.prepend, sets[i]);
+        }
+    }
+    // Empty sets are joined too; they add nothing.
+    for (int i = 0; i < 8; ++i) target->appendPixelPoints(sets[i], false);
+}
+
+bool CircleAndEllipseCommonEvalC::plot_straight_runs(double a, double b, double h, double k, double hL, double hR,
+                                                     double wB, double wT, SetP target) {
+    bool emitted = false;
+    // The first alternative of each test has no window check: a curve whose
+    // far side lies in one row (or column) outside the grid is run there too.
+    if (std::isfinite(hL) && std::isfinite(hR)) {
+        double yTop = k + b;
+        double yL = k + hL;
+        double yR = k + hR;
+        if ((approx_equal(yL, yTop, yStep, bottomEdge) && approx_equal(yR, yTop, yStep, bottomEdge)) ||
+            (approx_equal(yL, yR, yStep, bottomEdge) && (h < leftEdge || h > rightEdge) && yTop >= bottomEdge &&
+             yTop < topEdge)) {
+            plot_row_run(yTop, target);
+            emitted = true;
+        }
+        double yBot = k - b;
+        yL = k - hL;
+        yR = k - hR;
+        if ((approx_equal(yL, yBot, yStep, bottomEdge) && approx_equal(yR, yBot, yStep, bottomEdge)) ||
+            (approx_equal(yL, yR, yStep, bottomEdge) && (h < leftEdge || h > rightEdge) && yBot >= bottomEdge &&
+             yBot < topEdge)) {
+            plot_row_run(yBot, target);
+            emitted = true;
+        }
+    }
+    if (std::isfinite(wB) && std::isfinite(wT)) {
+        double xRight = h + a;
+        double xB = h + wB;
+        double xT = h + wT;
+        if ((approx_equal(xB, xRight, xStep, leftEdge) && approx_equal(xT, xRight, xStep, leftEdge)) ||
+            (approx_equal(xB, xT, xStep, leftEdge) && (k < bottomEdge || k > topEdge) && xRight >= leftEdge &&
+             xRight < rightEdge)) {
+            plot_column_run(xRight, target);
+            emitted = true;
+        }
+        double xLeft = h - a;
+        xB = h - wB;
+        xT = h - wT;
+        if ((approx_equal(xB, xLeft, xStep, leftEdge) && approx_equal(xT, xLeft, xStep, leftEdge)) ||
+            (approx_equal(xB, xT, xStep, leftEdge) && (k < bottomEdge || k > topEdge) && xLeft >= leftEdge &&
+             xLeft < rightEdge)) {
+            plot_column_run(xLeft, target);
+            emitted = true;
+        }
+    }
+    return emitted;
+}
+
+void CircleAndEllipseCommonEvalC::plot_row_run(double y, SetP target) {
+    static unsigned char const first = ds::PixelPointC::FIRST_VISIBLE;
+    static unsigned char const none = 0;
+    static unsigned char const last = ds::PixelPointC::LAST_VISIBLE;
+    int32_t row = IntegerConversionC::toUInt16(double(int(pixelRows) - 1) - std::floor((y - bottomEdge) / yStep));
+    int columns = pixelColumns;
+    scratchPoint.y = row;
+    scratchPoint.x = 0;
+    target->appendPixelPoint(scratchPoint, first);
+    for (int c = 1; c < columns - 1; ++c) {
+        scratchPoint.x = c;
+        target->appendPixelPoint(scratchPoint, none);
+    }
+    // With one column this writes column 0 a second time, now as the end.
+    scratchPoint.x = columns - 1;
+    target->appendPixelPoint(scratchPoint, last);
+    stepCount += columns < 2 ? 2 : columns;
+}
+
+void CircleAndEllipseCommonEvalC::plot_column_run(double x, SetP target) {
+    static unsigned char const first = ds::PixelPointC::FIRST_VISIBLE;
+    static unsigned char const none = 0;
+    static unsigned char const last = ds::PixelPointC::LAST_VISIBLE;
+    int32_t column = IntegerConversionC::toUInt16(std::floor((x - leftEdge) / xStep));
+    int rows = pixelRows;
+    scratchPoint.x = column;
+    scratchPoint.y = 0;
+    target->appendPixelPoint(scratchPoint, first);
+    for (int r = 1; r < rows - 1; ++r) {
+        scratchPoint.y = r;
+        target->appendPixelPoint(scratchPoint, none);
+    }
+    scratchPoint.y = rows - 1;
+    target->appendPixelPoint(scratchPoint, last);
+    stepCount += rows < 2 ? 2 : rows;
+}
+
+void CircleAndEllipseCommonEvalC::plot_eighth(double au, double av, double cu, double cv, double du, double dv,
+                                              double t, bool swap, bool prepend, SetP set) {
+    double A = au * au;
+    double B = av * av;
+    lastPointVisible = false;
+    bool left = false;
+    if (!set) return;
+    double uEdge = swap ? bottomEdge : leftEdge;
+    double vEdge = swap ? leftEdge : bottomEdge;
+    double uCell = std::fabs(du);
+    double vCell = std::fabs(dv);
+    double s1 = du > 0 ? 1.0 : -1.0;
+    double s2 = dv > 0 ? 1.0 : -1.0;
+
+    // The slope point, snapped to the centre of its pixel.
+    double uStart = cu - s1 * vCell * A * t;
+    double vStart = cv + s2 * uCell * B * t;
+    double U = snap(uStart, uEdge, uCell);
+    double V = snap(vStart, vEdge, vCell);
+
+    // Decision value at the midpoint (U + du/2, V + dv/2) and its increments.
+    // The same formulas serve a start just before the window (below).
+    double F, Gu, Gv;
+    auto startAt = [&](double u, double v) {
+        double fv = au * (v + 0.5 * dv - cv);
+        double fu = av * (u + 0.5 * du - cu);
+        F = fv * fv + fu * fu - B * A;
+        Gu = 2 * B * du * (u + du - cu);
+        Gv = 2 * A * dv * (v + dv - cv);
+    };
+    startAt(U, V);
+    if (!std::isfinite(F)) return;
+    double Hu = 2 * B * du * du;
+    double Hv = 2 * A * dv * dv;
+
+    // The slope point belongs to the swapped octant of its pair.
+    if (swap) plot_point(U, V, swap, prepend, &left, set);
+
+    // The pixel boundary nearest the centre.
+    double uEnd = uEdge + std::floor((cu - uEdge) / uCell + 0.5) * uCell;
+
+    // An arc that never comes near the window has no pixel to show: not walked.
+    Reach reach = window_reach(au, av, cu, cv, du, dv, uStart, vStart, swap);
+    if (reach.near && (reach.in - s1 * U) / uCell > double(APPROACH_LIMIT)) {
+        // Far out the running decision value has lost its precision anyway:
+        // start afresh in the last pixel before the window, with V the row
+        // (column) that the curve crosses at that pixel's entering boundary.
+        U = snap(s1 * reach.in, uEdge, uCell);
+        double q = (U - 0.5 * du - cu) / std::fabs(au);
+        double r = (1 - q) * (1 + q);
+        V = snap(cv + s2 * std::fabs(av) * std::sqrt(r > 0 ? r : 0), vEdge, vCell);
+        startAt(U, V);
+        if (!std::isfinite(F)) return;
+    }
+
+    while (reach.near) {
+        if (!(du > 0 ? U < uEnd - du : U > uEnd - du)) break;
+        // Past the window nothing more can show; the rest of the walk is skipped.
+        if (s1 * U > reach.out) break;
+        ++stepCount;
+        if (F < 0) { // midpoint inside: step outwards on v first, as its own point
+            V = V + dv;
+            plot_point(U, V, swap, prepend, &left, set);
+            if (left) break;
+            F = Gv + Gu + F;
+            Gv = Hv + Gv;
+        } else {
+            F = Gu + F;
+        }
+        if (!std::isfinite(F)) return; // stops where it is, without its end marker
+        double U2 = U + du;
+        if (U2 == U) break; // the step is lost in rounding
+        Gu = Hu + Gu;
+        plot_point(U2, V, swap, prepend, &left, set);
+        U = U2;
+        if (left) break;
+    }
+
+    if (lastPointVisible && set->getCount() != 0) {
+        if (prepend)
+            addStartMarker(firstMarker(set));
+        else
+            addEndMarker(lastMarker(set));
+    }
+}
+
+CircleAndEllipseCommonEvalC::Reach CircleAndEllipseCommonEvalC::window_reach(double au, double av, double cu,
+                                                                            double cv, double du, double dv,
+                                                                            double uStart, double vStart,
+                                                                            bool swap) const {
+    Reach none = {false, 0, 0};
+    double uCell = std::fabs(du);
+    double vCell = std::fabs(dv);
+    double s1 = du > 0 ? 1.0 : -1.0;
+    double s2 = dv > 0 ? 1.0 : -1.0;
+    double uLo = (swap ? bottomEdge : leftEdge) - reachMargin * uCell;
+    double uHi = (swap ? topEdge : rightEdge) + reachMargin * uCell;
+    double vLo = (swap ? leftEdge : bottomEdge) - reachMargin * vCell;
+    double vHi = (swap ? rightEdge : topEdge) + reachMargin * vCell;
+    double aU = std::fabs(au);
+    double aV = std::fabs(av);
+
+    // Along the arc v runs outwards, monotonely, from vStart to the axis point.
+    double vAxis = cv + s2 * aV;
+    double vIn = s2 > 0 ? vLo : vHi;
+    double vOut = s2 > 0 ? vHi : vLo;
+    if (s2 * vAxis < s2 * vIn) return none;  // never reaches the window's band on v
+    if (s2 * vStart > s2 * vOut) return none; // starts beyond it
+    // u on the arc where it crosses v, on the side the walk starts from.
+    auto uAt = [&](double v) {
+        double q = (v - cv) / aV;
+        double r = (1 - q) * (1 + q);
+        return cu - s1 * aU * std::sqrt(r > 0 ? r : 0);
+    };
+
+    double in = s1 * uStart;
+    double uIn = s1 > 0 ? uLo : -uHi;
+    if (uIn > in) in = uIn;
+    if (s2 * vStart < s2 * vIn) {
+        double w = s1 * uAt(vIn);
+        if (w > in) in = w;
+    }
+    // The walk ends within a pixel of the axis point.
+    double out = s1 * cu + uCell;
+    double uOut = s1 > 0 ? uHi : -uLo;
+    if (uOut < out) out = uOut;
+    if (s2 * vAxis > s2 * vOut) {
+        double w = s1 * uAt(vOut);
+        if (w < out) out = w;
+    }
+    // With a finite decision value every term is finite; a NaN would fail here.
+    if (!(in <= out)) return none;
+    Reach reach = {true, in, out};
+    return reach;
+}
+
+void CircleAndEllipseCommonEvalC::plot_point(double u, double v, bool swap, bool prepend, bool *left, SetP set) {
+    double x = swap ? v : u;
+    double y = swap ? u : v;
+    bool visible = x >= leftEdge && x <= rightEdge && y >= bottomEdge && y <= topEdge;
+    unsigned char marker = 0;
+    if (visible != bool(lastPointVisible)) {
+        // A prepending octant reads backwards, so its entering point ends a stretch.
+        if (visible) {
+            marker = prepend ? ds::PixelPointC::LAST_VISIBLE : ds::PixelPointC::FIRST_VISIBLE;
+        } else {
+            marker = prepend ? ds::PixelPointC::FIRST_VISIBLE : ds::PixelPointC::LAST_VISIBLE;
+            *left = true;
+        }
+    }
+    if (visible) {
+        if (prepend)
+            prependPixelPoint(x, y, set);
+        else
+            appendPixelPoint(x, y, set);
+    }
+    // Entering marks the end opposite to the one just written, leaving marks
+    // the end written last; on the first entry both ends are the one point.
+    if (marker != 0 && set->getCount() != 0) {
+        unsigned char *slot = (prepend && visible) || (!prepend && !visible) ? lastMarker(set) : firstMarker(set);
+        *slot |= marker;
+    }
+    lastPointVisible = visible;
+}
+
+bool CircleAndEllipseCommonEvalC::approx_equal(double p, double q, double step, double origin) const {
+    // The reciprocal once, then multiplied: no tolerance beyond the cell.
+    double inverse = 1 / step;
+    return std::floor((p - origin) * inverse) == std::floor((q - origin) * inverse);
+}
+
+} // namespace evalg
+} // namespace mathapp
+} // namespace qelt
