@@ -8,7 +8,11 @@
 #include "collab/esb/CartesianRelationServiceC.h"
 #include "collab/math/algexpr/AlgebraicExpressionC.h"
 #include "collab/rel/ArbitraryFunctionC.h"
+#include "collab/rel/CircleC.h"
+#include "collab/rel/EllipseC.h"
 #include "collab/rel/ExponentialFunctionC.h"
+#include "collab/rel/HyperbolaC.h"
+#include "collab/rel/HyperbolaVertC.h"
 #include "collab/rel/LinearFunction1C.h"
 #include "collab/rel/LogarithmicFunctionC.h"
 #include "collab/rel/ParabolaC.h"
@@ -19,7 +23,11 @@
 #include "collab/rel/SketchC.h"
 #include "Errors.h"
 #include "evalg/ArbitraryFunctionFloat64EvalC.h"
+#include "evalg/CircleEvalC.h"
+#include "evalg/EllipseEvalC.h"
 #include "evalg/ExponentialFunctionEvalC.h"
+#include "evalg/HyperbolaEvalC.h"
+#include "evalg/HyperbolaVertEvalC.h"
 #include "evalg/LinearFunction1EvalC.h"
 #include "evalg/LogarithmicFunctionEvalC.h"
 #include "evalg/ParabolaEvalC.h"
@@ -124,7 +132,7 @@ KindSpec sampledKind() {
     k.draw = [](Arguments const &a, Window const &w) {
         return drawSampled(findKind(a.text("of"))->relation(a), a.number("subdivisions"), w);
     };
-    k.galleryArguments = "of=quadratic a=-0.5 h=-1 k=3";
+    k.galleryArguments = "of=hyperbola a=1.5 b=2 k=0.5";
     return k;
 }
 
@@ -175,6 +183,28 @@ std::vector<KindSpec> makeKinds() {
         "parabola", "(y - k)^2 = 4a(x - h), horizontal axis", {h0, k0, a1}, "ParabolaEvalC",
         [](Arguments const &a) { return new rel::ParabolaC(a.number("h"), a.number("k"), a.number("a")); },
         "h=-4 k=0.5 a=1"));
+    table.push_back(graphKind<evalg::CircleEvalC>(
+        "circle", "(x - h)^2 + (y - k)^2 = r^2", {h0, k0, number("r", 1, "radius")}, "CircleEvalC",
+        [](Arguments const &a) { return new rel::CircleC(a.number("h"), a.number("k"), a.number("r")); },
+        "h=-1 k=0.5 r=3.5"));
+    table.push_back(graphKind<evalg::EllipseEvalC>(
+        "ellipse", "(x - h)^2/a^2 + (y - k)^2/b^2 = 1", {h0, k0, a1, b1}, "EllipseEvalC",
+        [](Arguments const &a) {
+            return new rel::EllipseC(a.number("h"), a.number("k"), a.number("a"), a.number("b"));
+        },
+        "h=1 a=6 b=3"));
+    table.push_back(graphKind<evalg::HyperbolaEvalC>(
+        "hyperbola", "(x - h)^2/a^2 - (y - k)^2/b^2 = 1", {h0, k0, a1, b1}, "HyperbolaEvalC",
+        [](Arguments const &a) {
+            return new rel::HyperbolaC(a.number("h"), a.number("k"), a.number("a"), a.number("b"));
+        },
+        "a=2 b=1.5"));
+    table.push_back(graphKind<evalg::HyperbolaVertEvalC>(
+        "vhyperbola", "(y - k)^2/b^2 - (x - h)^2/a^2 = 1", {h0, k0, a1, b1}, "HyperbolaVertEvalC",
+        [](Arguments const &a) {
+            return new rel::HyperbolaVertC(a.number("h"), a.number("k"), a.number("a"), a.number("b"));
+        },
+        "h=1 k=-0.5 a=2 b=1.5"));
     table.push_back(graphKind<evalg::PowerFunctionEvalC>(
         "power", "y = a(x - h)^r + k, r a whole number",
         {a1, h0, k0, integer("r", 1, -exactInteger, exactInteger, "exponent"),

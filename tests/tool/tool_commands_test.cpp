@@ -7,6 +7,7 @@
 #include "collab/ds/FloatDataSetC.h"
 #include "collab/ds/TableDataSet2C.h"
 #include "collab/esb/CartesianRelationServiceC.h"
+#include "collab/rel/CircleC.h"
 #include "collab/rel/QuadraticFunctionC.h"
 #include "collab/rel/SketchC.h"
 #include "evalg/CartesianRelationTableEvalC.h"
@@ -37,6 +38,8 @@ std::vector<TableCase> tableCases() {
         {"list", {"quadratic", "a=2", "h=1", "--x=-1,0,2.5"}, new rel::QuadraticFunctionC(2, 1, 0), {-1, 0, 2.5}},
         {"range", {"quadratic", "k=-1", "--from=-1", "--to=1", "--step=0.1"}, new rel::QuadraticFunctionC(1, 0, -1),
          {-1, -0.9, -0.8, -0.7, -0.6, -0.5, -0.4, -0.3, -0.2, -0.1, 0, 0.1, 0.2, 0.3, 0.4, 0.5, 0.6, 0.7, 0.8, 0.9, 1}},
+        {"two values", {"circle", "r=2", "k=1", "--from=-3", "--to=3", "--step=0.5"}, new rel::CircleC(0, 1, 2),
+         {-3, -2.5, -2, -1.5, -1, -0.5, 0, 0.5, 1, 1.5, 2, 2.5, 3}},
         {"sampled of a kind", {"sampled", "of=quadratic", "a=-1", "--x=3"}, new rel::QuadraticFunctionC(-1, 0, 0), {3}},
     };
 }
@@ -148,8 +151,9 @@ INSTANTIATE_TEST_SUITE_P(Tool, Sketches,
 
 TEST(Gallery, WritesEveryFileItPromises) {
     // Every kind of the tool, each with its picture.
-    std::set<std::string> const kinds{"line", "quadratic", "vparabola", "parabola", "power", "exp",   "log",
-                                      "sin",  "cos",       "expr",      "sampled",  "sketch"};
+    std::set<std::string> const kinds{"line", "quadratic", "vparabola", "parabola", "circle",  "ellipse",
+                                      "hyperbola", "vhyperbola", "power", "exp", "log", "sin", "cos",
+                                      "expr", "sampled", "sketch"};
     Folder f;
     Result r = f.evalg({"gallery", "-o", "shown"});
     ASSERT_EQ(r.status, 0) << r.err;

@@ -126,7 +126,8 @@ TEST(OutputFiles, AnUnwritablePlaceIsStatusOne) {
 // 2 (and no file), never with a crash or a signal.
 TEST(RandomArguments, EndWithZeroOrTwo) {
     std::vector<std::string> const kinds{"line", "quadratic", "vparabola", "parabola", "power", "exp", "log",
-                                         "sin", "cos", "expr f=x^3-1/x", "sampled of=parabola"};
+                                         "sin", "cos", "expr f=x^3-1/x", "sampled of=parabola", "circle", "ellipse",
+                                         "hyperbola", "vhyperbola"};
     std::vector<std::string> const names{"a", "b", "h", "k", "r", "base", "restriction", "subdivisions", "of", "zz"};
     std::vector<std::string> const values{"0",    "-0",  "1",   "-1",   "1e300", "-1e300", "1e-300", "2.5", "nan",
                                           "1e999", "abc", "",    "3",    "65535", "quadratic", "sin",   "-7"};
@@ -141,6 +142,7 @@ TEST(RandomArguments, EndWithZeroOrTwo) {
         if (kind == "log") return {"a", "b", "h", "k", "base"};
         if (kind == "sampled") return {"a", "h", "k", "subdivisions"};
         if (kind == "line") return {"m", "h", "k"};
+        if (kind == "circle") return {"h", "k", "r"};
         return {"a", "b", "h", "k"};
     };
     std::mt19937_64 random(20240611);

@@ -11,7 +11,11 @@
 #include "collab/ds/FloatDataSetC.h"
 #include "collab/math/algexpr/AlgebraicExpressionC.h"
 #include "collab/rel/ArbitraryFunctionC.h"
+#include "collab/rel/CircleC.h"
+#include "collab/rel/EllipseC.h"
 #include "collab/rel/ExponentialFunctionC.h"
+#include "collab/rel/HyperbolaC.h"
+#include "collab/rel/HyperbolaVertC.h"
 #include "collab/rel/LinearFunction1C.h"
 #include "collab/rel/LogarithmicFunctionC.h"
 #include "collab/rel/ParabolaC.h"
@@ -21,7 +25,11 @@
 #include "collab/rel/SinusoidalFunctionC.h"
 #include "collab/rel/SketchC.h"
 #include "evalg/ArbitraryFunctionFloat64EvalC.h"
+#include "evalg/CircleEvalC.h"
+#include "evalg/EllipseEvalC.h"
 #include "evalg/ExponentialFunctionEvalC.h"
+#include "evalg/HyperbolaEvalC.h"
+#include "evalg/HyperbolaVertEvalC.h"
 #include "evalg/LinearFunction1EvalC.h"
 #include "evalg/GeneralEvalC.h"
 #include "evalg/LogarithmicFunctionEvalC.h"
@@ -114,6 +122,16 @@ std::vector<PlotCase> plotCases() {
          drawnBy<evalg::ParabolaVertEvalC>(new rel::ParabolaVertC(2, 0, -0.25))},
         {"parabola", {"parabola", "h=-4", "k=0.5", "a=1"}, handheld, "ParabolaEvalC",
          drawnBy<evalg::ParabolaEvalC>(new rel::ParabolaC(-4, 0.5, 1))},
+        {"circle", {"circle", "h=-1", "k=0.5", "r=3.5"}, handheld, "CircleEvalC",
+         drawnBy<evalg::CircleEvalC>(new rel::CircleC(-1, 0.5, 3.5))},
+        {"circle cut by the window", {"circle", "h=6", "k=4", "r=3"}, handheld, "CircleEvalC",
+         drawnBy<evalg::CircleEvalC>(new rel::CircleC(6, 4, 3))},
+        {"ellipse", {"ellipse", "h=1", "a=6", "b=3"}, {-8, 8, -4, 4, 97, 49}, "EllipseEvalC",
+         drawnBy<evalg::EllipseEvalC>(new rel::EllipseC(1, 0, 6, 3))},
+        {"hyperbola", {"hyperbola", "a=2", "b=1.5"}, handheld, "HyperbolaEvalC",
+         drawnBy<evalg::HyperbolaEvalC>(new rel::HyperbolaC(0, 0, 2, 1.5))},
+        {"vhyperbola", {"vhyperbola", "h=1", "k=-0.5", "a=2", "b=1.5"}, handheld, "HyperbolaVertEvalC",
+         drawnBy<evalg::HyperbolaVertEvalC>(new rel::HyperbolaVertC(1, -0.5, 2, 1.5))},
         {"expr with poles", {"expr", "f=tan(x)/2"}, handheld, "ArbitraryFunctionFloat64EvalC",
          drawnBy<evalg::ArbitraryFunctionFloat64EvalC>(expression("tan(x)/2"))},
         {"sampled two branches", {"sampled", "of=parabola", "h=-4", "k=0.5"}, handheld, "GeneralEvalC",
