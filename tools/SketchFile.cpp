@@ -6,6 +6,7 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
+#include <sys/stat.h>
 
 #include "collab/ds/FloatPointC.h"
 #include "Errors.h"
@@ -127,6 +128,9 @@ bool endsWith(std::string const &s, std::string const &end) {
 
 std::vector<FilePoint> readPointsFile(std::string const &path, std::string const &first, std::string const &second) {
     Reader reader(path, first, second);
+    struct stat info;
+    if (::stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode))
+        throw UsageError("points file '" + path + "': cannot read it: it is a folder");
     std::ifstream in(path, std::ios::binary);
     std::ostringstream text;
     if (in) text << in.rdbuf();

@@ -67,6 +67,7 @@ std::vector<BadInput> badInputs() {
          "[[1,2],[3,4]"},
         {"sketch json not points", {"plot", "sketch", "file=s.json", "-o", "out.png"}, "point 2", "s.json",
          "[[1,2],{\"x\":1}]"},
+        {"sketch file a folder", {"plot", "sketch", "file=.", "-o", "out.png"}, "cannot read"},
         {"to-pixels file missing", {"sketch", "to-pixels", "none.json", "-o", "out.json"}, "cannot read"},
         {"from-pixels not whole", {"sketch", "from-pixels", "p.csv", "-o", "out.json"}, "whole numbers", "p.csv",
          "column,row\n1.5,2\n"},
