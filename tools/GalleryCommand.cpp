@@ -65,7 +65,7 @@ std::string htmlEscape(std::string const &s) {
 }
 
 struct Entry {
-    KindSpec const *kind;
+    KindEntry const *kind;
     std::string arguments; // as the user would type them
     std::string file;
     Image image;
@@ -78,7 +78,7 @@ void runGallery(GalleryOptions const &o) {
     Window w; // the default window
     makeDirectories(folder);
     std::vector<Entry> entries;
-    for (KindSpec const &kind : kinds()) {
+    for (KindEntry const &kind : kinds()) {
         std::vector<std::string> words{kind.name};
         std::string typed = kind.galleryArguments;
         for (std::string const &word : splitWords(kind.galleryArguments))

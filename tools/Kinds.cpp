@@ -62,16 +62,16 @@ std::string const &Arguments::text(std::string const &name) const {
 
 namespace {
 
-ParamSpec number(std::string name, double def, std::string meaning) {
-    return ParamSpec{std::move(name), ParamType::Number, def, "", std::move(meaning), -DBL_MAX, DBL_MAX};
+ParamDef number(std::string name, double def, std::string meaning) {
+    return ParamDef{std::move(name), ParamType::Number, def, "", std::move(meaning), -DBL_MAX, DBL_MAX};
 }
 
-ParamSpec text(std::string name, std::string def, std::string meaning) {
-    return ParamSpec{std::move(name), ParamType::Text, 0.0, std::move(def), std::move(meaning), 0.0, 0.0};
+ParamDef text(std::string name, std::string def, std::string meaning) {
+    return ParamDef{std::move(name), ParamType::Text, 0.0, std::move(def), std::move(meaning), 0.0, 0.0};
 }
 
-ParamSpec integer(std::string name, double def, double lo, double hi, std::string meaning) {
-    return ParamSpec{std::move(name), ParamType::Integer, def, "", std::move(meaning), lo, hi};
+ParamDef integer(std::string name, double def, double lo, double hi, std::string meaning) {
+    return ParamDef{std::move(name), ParamType::Integer, def, "", std::move(meaning), lo, hi};
 }
 
 // Draws with a closed-form evaluator: the visible stretches follow its markers.
@@ -88,9 +88,9 @@ Drawing drawPath(RelationP relation, Window const &w, std::string const &evaluat
 
 // A kind drawn by one closed-form evaluator from one relation class.
 template <class EvaluatorT>
-KindSpec graphKind(std::string name, std::string curve, std::vector<ParamSpec> params, std::string evaluatorName,
+KindEntry graphKind(std::string name, std::string curve, std::vector<ParamDef> params, std::string evaluatorName,
                    std::function<rel::RelationC *(Arguments const &)> build, std::string gallery) {
-    KindSpec k;
+    KindEntry k;
     k.name = std::move(name);
     k.curve = std::move(curve);
     k.params = std::move(params);
@@ -117,8 +117,8 @@ rel::RelationC *expression(Arguments const &a) {
 }
 
 // Any other kind's relation, drawn by the general sampled evaluator.
-KindSpec sampledKind() {
-    KindSpec k;
+KindEntry sampledKind() {
+    KindEntry k;
     k.name = "sampled";
     k.curve = "the relation of=KIND, sampled column by column";
     k.params = {text("of", "", "KIND"),
@@ -137,8 +137,8 @@ KindSpec sampledKind() {
 }
 
 // A free-hand sketch read from a file, one pixel per point.
-KindSpec sketchKind() {
-    KindSpec k;
+KindEntry sketchKind() {
+    KindEntry k;
     k.name = "sketch";
     k.curve = "the points of file=FILE, a JSON or CSV list of x,y";
     k.params = {text("file", "", "FILE")};
@@ -159,14 +159,14 @@ KindSpec sketchKind() {
     return k;
 }
 
-std::vector<KindSpec> makeKinds() {
-    ParamSpec const a1 = number("a", 1, "coefficient a");
-    ParamSpec const b1 = number("b", 1, "coefficient b");
-    ParamSpec const h0 = number("h", 0, "shift along x");
-    ParamSpec const k0 = number("k", 0, "shift along y");
+std::vector<KindEntry> makeKinds() {
+    ParamDef const a1 = number("a", 1, "coefficient a");
+    ParamDef const b1 = number("b", 1, "coefficient b");
+    ParamDef const h0 = number("h", 0, "shift along x");
+    ParamDef const k0 = number("k", 0, "shift along y");
     // Exponents are whole numbers that a double holds exactly.
     double const exactInteger = 9007199254740992.0;
-    std::vector<KindSpec> table;
+    std::vector<KindEntry> table;
     table.push_back(graphKind<evalg::LinearFunction1EvalC>(
         "line", "y = m(x - h) + k", {number("m", 1, "slope"), h0, k0}, "LinearFunction1EvalC",
         [](Arguments const &a) { return new rel::LinearFunction1C(a.number("m"), a.number("h"), a.number("k")); },
@@ -244,44 +244,44 @@ std::vector<KindSpec> makeKinds() {
     return table;
 }
 
-std::string joinNames(std::vector<ParamSpec> const &params) {
+std::string joinNames(std::vector<ParamDef> const &params) {
     std::string out;
-    for (ParamSpec const &p : params) out += (out.empty() ? "" : ", ") + p.name;
+    for (ParamDef const &p : params) out += (out.empty() ? "" : ", ") + p.name;
     return out;
 }
 
 // A text parameter without a default shows what it takes instead.
-std::string formatDefault(ParamSpec const &p) {
+std::string formatDefault(ParamDef const &p) {
     if (p.type != ParamType::Text) return formatNumber(p.number);
     return p.text.empty() ? p.meaning : p.text;
 }
 
 } // namespace
 
-std::vector<KindSpec> const &kinds() {
-    static std::vector<KindSpec> const table = makeKinds();
+std::vector<KindEntry> const &kinds() {
+    static std::vector<KindEntry> const table = makeKinds();
     return table;
 }
 
-KindSpec const *findKind(std::string const &name) {
-    for (KindSpec const &k : kinds())
+KindEntry const *findKind(std::string const &name) {
+    for (KindEntry const &k : kinds())
         if (k.name == name) return &k;
     return nullptr;
 }
 
 std::string kindNames() {
     std::string out;
-    for (KindSpec const &k : kinds()) out += (out.empty() ? "" : ", ") + k.name;
+    for (KindEntry const &k : kinds()) out += (out.empty() ? "" : ", ") + k.name;
     return out;
 }
 
-RelationSpec parseRelation(std::vector<std::string> const &words) {
+RelationRequest parseRelation(std::vector<std::string> const &words) {
     if (words.empty()) throw UsageError("a relation needs a KIND; kinds: " + kindNames());
-    RelationSpec spec;
-    spec.kind = findKind(words[0]);
-    if (!spec.kind) throw UsageError("unknown kind '" + words[0] + "'; kinds: " + kindNames());
-    spec.drawnKind = spec.kind;
-    std::string const &kindName = spec.kind->name;
+    RelationRequest request;
+    request.kind = findKind(words[0]);
+    if (!request.kind) throw UsageError("unknown kind '" + words[0] + "'; kinds: " + kindNames());
+    request.drawnKind = request.kind;
+    std::string const &kindName = request.kind->name;
 
     // Split NAME=VALUE words first, so a wrapping kind can see its "of".
     std::vector<std::pair<std::string, std::string>> given;
@@ -295,88 +295,88 @@ RelationSpec parseRelation(std::vector<std::string> const &words) {
         given.emplace_back(name, words[i].substr(eq + 1));
     }
 
-    std::vector<ParamSpec> accepted = spec.kind->params;
-    if (spec.kind->wrapsKind) {
+    std::vector<ParamDef> accepted = request.kind->params;
+    if (request.kind->wrapsKind) {
         std::string of;
         for (auto const &g : given)
             if (g.first == "of") of = g.second;
-        if (of.empty()) of = spec.kind->params.front().text;
-        KindSpec const *inner = findKind(of);
+        if (of.empty()) of = request.kind->params.front().text;
+        KindEntry const *inner = findKind(of);
         if (!inner || inner->wrapsKind || !inner->relation) {
             std::string drawable;
-            for (KindSpec const &k : kinds())
+            for (KindEntry const &k : kinds())
                 if (!k.wrapsKind && k.relation) drawable += (drawable.empty() ? "" : ", ") + k.name;
             throw UsageError(kindName + (of.empty() ? ": of=KIND is required" : ": of='" + of + "' is not a kind it can draw") +
                              "; of= takes " + drawable);
         }
-        spec.drawnKind = inner;
+        request.drawnKind = inner;
         accepted.insert(accepted.end(), inner->params.begin(), inner->params.end());
     }
 
-    for (ParamSpec const &p : accepted) {
+    for (ParamDef const &p : accepted) {
         if (p.type == ParamType::Text)
-            spec.args.texts[p.name] = p.text;
+            request.args.texts[p.name] = p.text;
         else
-            spec.args.numbers[p.name] = p.number;
+            request.args.numbers[p.name] = p.number;
     }
     for (auto const &g : given) {
-        ParamSpec const *p = nullptr;
-        for (ParamSpec const &candidate : accepted)
+        ParamDef const *p = nullptr;
+        for (ParamDef const &candidate : accepted)
             if (candidate.name == g.first) p = &candidate;
         if (!p)
             throw UsageError(kindName + ": unknown parameter '" + g.first + "'; its parameters are " +
                              joinNames(accepted));
         std::string what = kindName + " " + p->name;
         if (p->type == ParamType::Text) {
-            spec.args.texts[p->name] = g.second;
+            request.args.texts[p->name] = g.second;
         } else if (p->type == ParamType::Integer) {
-            spec.args.numbers[p->name] =
+            request.args.numbers[p->name] =
                 double(parseInteger(g.second, what, static_cast<long long>(p->lo), static_cast<long long>(p->hi)));
         } else {
             double v = parseNumber(g.second, what);
             if (v < p->lo || v > p->hi)
                 throw UsageError(what + ": " + g.second + " is out of range; it must be from " +
                                  formatNumber(p->lo) + " to " + formatNumber(p->hi));
-            spec.args.numbers[p->name] = v;
+            request.args.numbers[p->name] = v;
         }
-        spec.args.given_[p->name] = true;
+        request.args.given_[p->name] = true;
     }
 
-    spec.label = words[0];
-    for (std::size_t i = 1; i < words.size(); ++i) spec.label += " " + words[i];
-    return spec;
+    request.label = words[0];
+    for (std::size_t i = 1; i < words.size(); ++i) request.label += " " + words[i];
+    return request;
 }
 
-std::vector<ParamValue> parameterValues(RelationSpec const &spec) {
-    std::vector<ParamSpec> params = spec.kind->params;
-    if (spec.drawnKind != spec.kind)
-        params.insert(params.end(), spec.drawnKind->params.begin(), spec.drawnKind->params.end());
+std::vector<ParamValue> parameterValues(RelationRequest const &request) {
+    std::vector<ParamDef> params = request.kind->params;
+    if (request.drawnKind != request.kind)
+        params.insert(params.end(), request.drawnKind->params.begin(), request.drawnKind->params.end());
     std::vector<ParamValue> out;
-    for (ParamSpec const &p : params) {
+    for (ParamDef const &p : params) {
         if (p.type == ParamType::Text)
-            out.push_back(ParamValue{p.name, ParamValue::Text, 0.0, spec.args.text(p.name)});
+            out.push_back(ParamValue{p.name, ParamValue::Text, 0.0, request.args.text(p.name)});
         else
             out.push_back(ParamValue{p.name, p.type == ParamType::Integer ? ParamValue::Integer : ParamValue::Number,
-                                     spec.args.number(p.name), ""});
+                                     request.args.number(p.name), ""});
     }
     return out;
 }
 
-Curve drawRelation(RelationSpec const &spec, Window const &w) {
+Curve drawRelation(RelationRequest const &request, Window const &w) {
     Curve c;
-    c.label = spec.label;
-    c.kind = spec.kind->name;
-    c.parameters = parameterValues(spec);
-    c.drawing = spec.kind->draw(spec.args, w);
+    c.label = request.label;
+    c.kind = request.kind->name;
+    c.parameters = parameterValues(request);
+    c.drawing = request.kind->draw(request.args, w);
     return c;
 }
 
 std::string kindsHelp() {
     std::ostringstream out;
     out << "Kinds and their parameters (defaults shown):\n";
-    for (KindSpec const &k : kinds()) {
+    for (KindEntry const &k : kinds()) {
         std::string params;
-        for (ParamSpec const &p : k.params) params += " " + p.name + "=" + formatDefault(p);
+        for (ParamDef const &p : k.params) params += " " + p.name + "=" + formatDefault(p);
         if (k.wrapsKind) params += " ...";
         out << "  " << k.name << std::string(k.name.size() < 11 ? 11 - k.name.size() : 1, ' ') << k.curve << "\n"
             << "             " << params << "   (" << k.evaluator << ")\n";

@@ -16,7 +16,7 @@ namespace evalgtool {
 enum class ParamType { Number, Integer, Text };
 
 // One NAME=VALUE parameter of a kind, with its default.
-struct ParamSpec {
+struct ParamDef {
     std::string name;
     ParamType type;
     double number;    // default of a Number or Integer
@@ -40,10 +40,10 @@ public:
 
 // A relation kind of the tool. Adding a kind is adding one of these to the
 // table in Kinds.cpp.
-struct KindSpec {
+struct KindEntry {
     std::string name;
     std::string curve; // what it draws, for the help text
-    std::vector<ParamSpec> params;
+    std::vector<ParamDef> params;
     std::string evaluator; // the library class that draws it
     // The relation, for drawing and for tables; empty for a kind that has no
     // y values (a sketch).
@@ -55,27 +55,27 @@ struct KindSpec {
     bool wrapsKind = false;
 };
 
-std::vector<KindSpec> const &kinds();
-KindSpec const *findKind(std::string const &name);
+std::vector<KindEntry> const &kinds();
+KindEntry const *findKind(std::string const &name);
 std::string kindNames(); // "line, quadratic, ..."
 
 // A relation as written on the command line: KIND NAME=VALUE...
-struct RelationSpec {
-    KindSpec const *kind = nullptr;
-    KindSpec const *drawnKind = nullptr; // the kind whose relation is built (differs for a wrapping kind)
+struct RelationRequest {
+    KindEntry const *kind = nullptr;
+    KindEntry const *drawnKind = nullptr; // the kind whose relation is built (differs for a wrapping kind)
     Arguments args;
     std::string label;
 };
 
 // Validates the words (unknown kind or parameter, a repeated or malformed
 // value) and fills in the defaults; throws UsageError.
-RelationSpec parseRelation(std::vector<std::string> const &words);
+RelationRequest parseRelation(std::vector<std::string> const &words);
 
 // Every parameter of the relation, given or defaulted, in declaration order.
-std::vector<ParamValue> parameterValues(RelationSpec const &spec);
+std::vector<ParamValue> parameterValues(RelationRequest const &request);
 
 // The relation's drawing on the window, with what names it.
-Curve drawRelation(RelationSpec const &spec, Window const &w);
+Curve drawRelation(RelationRequest const &request, Window const &w);
 
 // The help text's list of kinds with their parameters and defaults.
 std::string kindsHelp();

@@ -27,8 +27,8 @@ void checkPictureSize(long long columns, long long rows, long long scale) {
 
 void runPlot(PlotOptions const &o) {
     // Everything is checked before anything is drawn or written.
-    std::vector<RelationSpec> specs{parseRelation(o.relation)};
-    for (std::vector<std::string> const &words : o.others) specs.push_back(parseRelation(words));
+    std::vector<RelationRequest> requests{parseRelation(o.relation)};
+    for (std::vector<std::string> const &words : o.others) requests.push_back(parseRelation(words));
     Window w = parseWindow(o.window.window, o.window.size);
     Format format = chooseFormat(o.format, o.output,
                                  {Format::Png, Format::Svg, Format::Json, Format::Csv, Format::Text}, Format::Text);
@@ -39,7 +39,7 @@ void runPlot(PlotOptions const &o) {
     Picture picture;
     picture.window = w;
     picture.axes = !o.noAxes;
-    for (RelationSpec const &spec : specs) picture.curves.push_back(drawRelation(spec, w));
+    for (RelationRequest const &request : requests) picture.curves.push_back(drawRelation(request, w));
 
     std::string data;
     switch (format) {

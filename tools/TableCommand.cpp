@@ -67,13 +67,13 @@ nlohmann::ordered_json value(double v) { return std::isnan(v) ? nlohmann::ordere
 } // namespace
 
 void runTable(TableOptions const &o) {
-    RelationSpec spec = parseRelation(o.relation);
-    if (!spec.drawnKind->relation)
-        throw UsageError(spec.kind->name + " has no y values to tabulate; kinds with values: every other");
+    RelationRequest request = parseRelation(o.relation);
+    if (!request.drawnKind->relation)
+        throw UsageError(request.kind->name + " has no y values to tabulate; kinds with values: every other");
     std::vector<double> xs = tableXs(o);
     Format format = chooseFormat(o.format, o.output, {Format::Text, Format::Csv, Format::Json}, Format::Text);
 
-    qelt::mathapp::esb::CartesianRelationServiceC service(spec.drawnKind->relation(spec.args));
+    qelt::mathapp::esb::CartesianRelationServiceC service(request.drawnKind->relation(request.args));
     qelt::mathapp::evalg::CartesianRelationTableEvalC evaluator;
     qelt::oss::PointerTC<qelt::mathapp::ds::TableDataSet2C> table = evaluator.evaluateTable2(service, xs);
     std::vector<qelt::mathapp::ds::FloatPoint2C *> rows;
@@ -82,9 +82,9 @@ void runTable(TableOptions const &o) {
     std::ostringstream out;
     if (format == Format::Json) {
         nlohmann::ordered_json doc;
-        doc["label"] = spec.label;
-        doc["kind"] = spec.kind->name;
-        doc["parameters"] = parametersJson(parameterValues(spec));
+        doc["label"] = request.label;
+        doc["kind"] = request.kind->name;
+        doc["parameters"] = parametersJson(parameterValues(request));
         doc["rows"] = nlohmann::ordered_json::array();
         for (auto const *r : rows)
             doc["rows"].push_back({{"x", r->getX()}, {"y1", value(r->getY1())}, {"y2", value(r->getY2())}});
