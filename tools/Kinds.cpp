@@ -122,7 +122,7 @@ KindEntry sampledKind() {
     k.name = "sampled";
     k.curve = "the relation of=KIND, sampled column by column";
     k.params = {text("of", "", "KIND"),
-                number("subdivisions", 100, "samples in a column where the branch count jumps")};
+                number("subdivisions", 100, "samples per column where the branch count jumps by 2 or more, 1 to 65535")};
     // The sampled evaluator's refinement loop counts in 16 bits: more
     // subdivisions than that would never end.
     k.params[1].lo = 1;
@@ -160,15 +160,15 @@ KindEntry sketchKind() {
 }
 
 std::vector<KindEntry> makeKinds() {
-    ParamDef const a1 = number("a", 1, "coefficient a");
-    ParamDef const b1 = number("b", 1, "coefficient b");
-    ParamDef const h0 = number("h", 0, "shift along x");
-    ParamDef const k0 = number("k", 0, "shift along y");
+    ParamDef const a1 = number("a", 1, "");
+    ParamDef const b1 = number("b", 1, "");
+    ParamDef const h0 = number("h", 0, "");
+    ParamDef const k0 = number("k", 0, "");
     // Exponents are whole numbers that a double holds exactly.
     double const exactInteger = 9007199254740992.0;
     std::vector<KindEntry> table;
     table.push_back(graphKind<evalg::LinearFunction1EvalC>(
-        "line", "y = m(x - h) + k", {number("m", 1, "slope"), h0, k0}, "LinearFunction1EvalC",
+        "line", "y = m(x - h) + k", {number("m", 1, ""), h0, k0}, "LinearFunction1EvalC",
         [](Arguments const &a) { return new rel::LinearFunction1C(a.number("m"), a.number("h"), a.number("k")); },
         "m=0.5 h=-2 k=1"));
     table.push_back(graphKind<evalg::QuadraticFunctionEvalC>(
@@ -184,7 +184,7 @@ std::vector<KindEntry> makeKinds() {
         [](Arguments const &a) { return new rel::ParabolaC(a.number("h"), a.number("k"), a.number("a")); },
         "h=-4 k=0.5 a=1"));
     table.push_back(graphKind<evalg::CircleEvalC>(
-        "circle", "(x - h)^2 + (y - k)^2 = r^2", {h0, k0, number("r", 1, "radius")}, "CircleEvalC",
+        "circle", "(x - h)^2 + (y - k)^2 = r^2", {h0, k0, number("r", 1, "")}, "CircleEvalC",
         [](Arguments const &a) { return new rel::CircleC(a.number("h"), a.number("k"), a.number("r")); },
         "h=-1 k=0.5 r=3.5"));
     table.push_back(graphKind<evalg::EllipseEvalC>(
@@ -207,8 +207,8 @@ std::vector<KindEntry> makeKinds() {
         "h=1 k=-0.5 a=2 b=1.5"));
     table.push_back(graphKind<evalg::PowerFunctionEvalC>(
         "power", "y = a(x - h)^r + k, r a whole number",
-        {a1, h0, k0, integer("r", 1, -exactInteger, exactInteger, "exponent"),
-         integer("restriction", 0, 0, 2, "0: every x, 1: only x >= h, 2: only x <= h")},
+        {a1, h0, k0, integer("r", 1, -exactInteger, exactInteger, ""),
+         integer("restriction", 0, 0, 2, "0 every x, 1 only x >= h, 2 only x <= h")},
         "PowerFunctionEvalC",
         [](Arguments const &a) {
             return new rel::PowerFunctionC(a.number("a"), a.number("h"), a.number("k"),
@@ -217,11 +217,11 @@ std::vector<KindEntry> makeKinds() {
         },
         "a=0.5 h=1 k=-1 r=-1"));
     table.push_back(graphKind<evalg::ExponentialFunctionEvalC>(
-        "exp", "y = b e^(r x) + k", {b1, number("r", 1, "exponent coefficient"), k0}, "ExponentialFunctionEvalC",
+        "exp", "y = b e^(r x) + k", {b1, number("r", 1, ""), k0}, "ExponentialFunctionEvalC",
         [](Arguments const &a) { return new rel::ExponentialFunctionC(a.number("b"), a.number("r"), a.number("k")); },
         "b=0.5 r=0.5 k=-3"));
     table.push_back(graphKind<evalg::LogarithmicFunctionEvalC>(
-        "log", "y = b log_base(a(x - h)) + k", {a1, b1, h0, k0, number("base", 10, "base of the logarithm")},
+        "log", "y = b log_base(a(x - h)) + k", {a1, b1, h0, k0, number("base", 10, "")},
         "LogarithmicFunctionEvalC",
         [](Arguments const &a) {
             return new rel::LogarithmicFunctionC(a.number("a"), a.number("b"), a.number("h"), a.number("k"),
@@ -339,7 +339,6 @@ RelationRequest parseRelation(std::vector<std::string> const &words) {
                                  formatNumber(p->lo) + " to " + formatNumber(p->hi));
             request.args.numbers[p->name] = v;
         }
-        request.args.given_[p->name] = true;
     }
 
     request.label = words[0];
@@ -375,11 +374,14 @@ std::string kindsHelp() {
     std::ostringstream out;
     out << "Kinds and their parameters (defaults shown):\n";
     for (KindEntry const &k : kinds()) {
-        std::string params;
-        for (ParamDef const &p : k.params) params += " " + p.name + "=" + formatDefault(p);
-        if (k.wrapsKind) params += " ...";
-        out << "  " << k.name << std::string(k.name.size() < 11 ? 11 - k.name.size() : 1, ' ') << k.curve << "\n"
-            << "             " << params << "   (" << k.evaluator << ")\n";
+        std::string params, meanings;
+        for (ParamDef const &p : k.params) {
+            params += " " + p.name + "=" + formatDefault(p);
+            if (p.type != ParamType::Text && !p.meaning.empty()) meanings += "\n              " + p.name + ": " + p.meaning;
+        }
+        if (k.wrapsKind) params += " and the parameters of KIND";
+        out << "  " << k.name << std::string(k.name.size() < 11 ? 11 - k.name.size() : 1, ' ') << k.curve << "   ("
+            << k.evaluator << ")\n             " << params << meanings << "\n";
     }
     return out.str();
 }

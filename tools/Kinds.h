@@ -21,21 +21,19 @@ struct ParamDef {
     ParamType type;
     double number;    // default of a Number or Integer
     std::string text; // default of a Text
-    std::string meaning;
+    std::string meaning; // what a Text takes ("FILE"); for a number, a note for the help
+
     double lo, hi;    // accepted range of a Number or Integer
 };
 
 // The parameters of one relation after validation: every parameter of its
 // kind, given or defaulted.
-class Arguments {
-public:
+struct Arguments {
     double number(std::string const &name) const;
     std::string const &text(std::string const &name) const;
-    bool given(std::string const &name) const { return given_.count(name) != 0; }
 
     std::map<std::string, double> numbers;
     std::map<std::string, std::string> texts;
-    std::map<std::string, bool> given_;
 };
 
 // A relation kind of the tool. Adding a kind is adding one of these to the
