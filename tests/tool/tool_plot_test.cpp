@@ -173,14 +173,15 @@ json libraryPoints(PlotCase const &c) {
     return pointsJson(c.library(DomainP(new ds::GraphicalDomainC(w.xMin, w.xMax, w.yMin, w.yMax, w.m, w.n))));
 }
 
+std::vector<std::string> with(std::vector<std::string> words, std::vector<std::string> const &more) {
+    words.insert(words.end(), more.begin(), more.end());
+    return words;
+}
+
 // Runs evalg plot for the case, with its input file in place.
 Result plot(Folder const &f, PlotCase const &c, std::vector<std::string> const &extra) {
     if (c.fileName) f.write(c.fileName, c.fileText);
-    std::vector<std::string> args{"plot"};
-    args.insert(args.end(), c.relation.begin(), c.relation.end());
-    for (std::string const &a : windowArgs(c.window)) args.push_back(a);
-    args.insert(args.end(), extra.begin(), extra.end());
-    return f.evalg(args);
+    return f.evalg(with(with(with({"plot"}, c.relation), windowArgs(c.window)), extra));
 }
 
 bool isCurve(Rgb p) { return !(p.r == p.g && p.g == p.b); } // background, grid and axes are grey
@@ -189,37 +190,26 @@ bool inGrid(json const &p, Win const &w) { return p[0] >= 0 && p[0] < w.m && p[1
 
 class PlotFormats : public ::testing::TestWithParam<PlotCase> {};
 
-TEST_P(PlotFormats, JsonIsTheLibrarysOutput) {
+TEST_P(PlotFormats, JsonAndCsvAreTheLibrarysOutput) {
     PlotCase const &c = GetParam();
     Folder f;
     Result r = plot(f, c, {"-o", "out.json"});
     ASSERT_EQ(r.status, 0) << r.err;
-    json out = json::parse(f.read("out.json"));
-    EXPECT_EQ(out["window"]["columns"], c.window.m);
-    EXPECT_EQ(out["window"]["rows"], c.window.n);
-    EXPECT_EQ(double(out["window"]["xmin"]), c.window.xMin);
+    ASSERT_EQ(plot(f, c, {"-o", "out.csv"}).status, 0);
+    json out = json::parse(f.read("out.json")), expected = libraryPoints(c);
+    EXPECT_EQ(out["window"], json({{"xmin", c.window.xMin}, {"xmax", c.window.xMax}, {"ymin", c.window.yMin},
+                                   {"ymax", c.window.yMax}, {"columns", c.window.m}, {"rows", c.window.n}}));
     ASSERT_EQ(out["relations"].size(), 1u);
     EXPECT_EQ(out["relations"][0]["evaluator"], c.evaluator);
-    EXPECT_EQ(out["relations"][0]["points"], libraryPoints(c));
-}
-
-TEST_P(PlotFormats, CsvListsTheSamePoints) {
-    PlotCase const &c = GetParam();
-    Folder f;
-    ASSERT_EQ(plot(f, c, {"-o", "out.csv"}).status, 0);
+    EXPECT_EQ(out["relations"][0]["points"], expected);
+    // CSV: a header, then relation,kind,point,column,row,markers,... per point.
     std::istringstream lines(f.read("out.csv"));
+    json csv = json::array();
     std::string line;
-    std::getline(lines, line); // header
-    json expected = libraryPoints(c);
-    std::size_t i = 0;
-    for (; std::getline(lines, line); ++i) {
-        ASSERT_LT(i, expected.size());
-        int rel, point, column, row, markers;
-        char kind[32];
-        ASSERT_EQ(std::sscanf(line.c_str(), "%d,%31[^,],%d,%d,%d,%d", &rel, kind, &point, &column, &row, &markers), 6);
-        EXPECT_EQ(json({column, row, markers}), expected[i]) << line;
-    }
-    EXPECT_EQ(i, expected.size());
+    std::getline(lines, line);
+    for (int column, row, markers; std::getline(lines, line);)
+        if (std::sscanf(line.c_str(), "1,%*[^,],%*d,%d,%d,%d", &column, &row, &markers) == 3) csv.push_back({column, row, markers});
+    EXPECT_EQ(csv, expected);
 }
 
 TEST_P(PlotFormats, PngHasCurvePixelsWhereTheJsonSaysAndNowhereElse) {
@@ -259,40 +249,29 @@ TEST_P(PlotFormats, SvgHasOnePolylinePerStretch) {
     PlotCase const &c = GetParam();
     Folder f;
     ASSERT_EQ(plot(f, c, {"-o", "out.svg"}).status, 0);
-    std::string svg = f.read("out.svg");
-    std::vector<json> expected = stretches(libraryPoints(c), c.window.m, c.window.n);
-    std::vector<std::string> polylines = quotedAfter(svg, "<polyline points=");
+    std::vector<json> drawn, expected = stretches(libraryPoints(c), c.window.m, c.window.n);
+    for (std::string const &polyline : quotedAfter(f.read("out.svg"), "<polyline points=")) {
+        std::istringstream coords(polyline);
+        drawn.push_back(json::array());
+        char comma;
+        for (double x, y; coords >> x >> comma >> y;) drawn.back().push_back({x - 0.5, y - 0.5, 0});
+    }
+    for (json &run : expected) {
+        for (json &p : run) p = {double(p[0]), double(p[1]), 0};
+        if (run.size() == 1) run.push_back(run[0]); // a lone point is drawn as a zero-length line
+    }
     if (std::string(c.evaluator) == "GeneralEvalC") {
         // It sets no markers: its stretches are its branches, and every point
         // near the window lies on exactly one of them.
-        std::vector<std::pair<double, double>> drawn, given;
-        for (std::string const &p : polylines) {
-            std::istringstream coords(p);
-            double x, y;
-            char comma;
-            std::vector<std::pair<double, double>> line;
-            while (coords >> x >> comma >> y) line.emplace_back(x - 0.5, y - 0.5);
-            if (line.size() == 2 && line[0] == line[1]) line.pop_back(); // a lone point
-            drawn.insert(drawn.end(), line.begin(), line.end());
-        }
-        for (json const &run : expected)
-            for (json const &p : run) given.emplace_back(p[0], p[1]);
-        std::sort(drawn.begin(), drawn.end());
-        std::sort(given.begin(), given.end());
-        EXPECT_EQ(drawn, given);
-        return;
-    }
-    ASSERT_EQ(polylines.size(), expected.size());
-    for (std::size_t i = 0; i < polylines.size(); ++i) {
-        std::istringstream coords(polylines[i]);
-        json got = json::array();
-        double x, y;
-        char comma;
-        while (coords >> x >> comma >> y) got.push_back({x - 0.5, y - 0.5});
-        json want = json::array();
-        for (json const &p : expected[i]) want.push_back({double(p[0]), double(p[1])});
-        if (want.size() == 1) want.push_back(want[0]); // a lone point is drawn as a zero-length line
-        EXPECT_EQ(got, want) << "stretch " << i;
+        auto everyPoint = [](std::vector<json> const &runs) {
+            std::vector<json> all;
+            for (json const &run : runs) all.insert(all.end(), run.begin(), run.end() - (run.size() == 2 && run[0] == run[1]));
+            std::sort(all.begin(), all.end());
+            return all;
+        };
+        EXPECT_EQ(everyPoint(drawn), everyPoint(expected));
+    } else {
+        EXPECT_EQ(drawn, expected);
     }
 }
 
@@ -324,42 +303,34 @@ INSTANTIATE_TEST_SUITE_P(Tool, PlotFormats, ::testing::ValuesIn(plotCases()),
 
 TEST(PlotTool, AndDrawsEachRelationInItsOwnColour) {
     Folder f;
-    std::vector<std::string> common{"plot", "quadratic", "a=0.5", "k=-4", "--and", "quadratic", "a=-0.5", "k=4"};
-    std::vector<std::string> json_args = common, png_args = common;
-    json_args.insert(json_args.end(), {"-o", "two.json"});
-    png_args.insert(png_args.end(), {"-o", "two.png", "--scale=1"});
-    ASSERT_EQ(f.evalg(json_args).status, 0);
-    ASSERT_EQ(f.evalg(png_args).status, 0);
-    json out = json::parse(f.read("two.json"));
-    ASSERT_EQ(out["relations"].size(), 2u);
-    EXPECT_EQ(out["relations"][0]["points"],
-              pointsJson(drawnBy<evalg::QuadraticFunctionEvalC>(new rel::QuadraticFunctionC(0.5, 0, -4))(
-                  DomainP(new ds::GraphicalDomainC(-8, 8, -5, 5, 161, 101)))));
-    EXPECT_EQ(out["relations"][1]["parameters"], json({{"a", -0.5}, {"h", 0.0}, {"k", 4.0}}));
+    std::vector<std::string> args{"plot", "quadratic", "a=0.5", "k=-4", "--and", "quadratic", "a=-0.5", "k=4", "-o"};
+    ASSERT_EQ(f.evalg(with(args, {"two.json"})).status, 0);
+    ASSERT_EQ(f.evalg(with(args, {"two.png", "--scale=1"})).status, 0);
+    json out = json::parse(f.read("two.json"))["relations"];
+    ASSERT_EQ(out.size(), 2u);
+    EXPECT_EQ(out[0]["points"], pointsJson(drawnBy<evalg::QuadraticFunctionEvalC>(new rel::QuadraticFunctionC(
+                                    0.5, 0, -4))(DomainP(new ds::GraphicalDomainC(-8, 8, -5, 5, 161, 101)))));
+    EXPECT_EQ(out[1]["parameters"], json({{"a", -0.5}, {"h", 0.0}, {"k", 4.0}}));
     Png png = readPng(f.file("two.png"));
     ASSERT_EQ(png.width, 161u);
-    Rgb first = png.at(out["relations"][0]["points"][0][0], out["relations"][0]["points"][0][1]);
-    Rgb second = png.at(out["relations"][1]["points"][0][0], out["relations"][1]["points"][0][1]);
-    EXPECT_TRUE(isCurve(first) && isCurve(second));
-    EXPECT_FALSE(first == second);
+    Rgb first = png.at(out[0]["points"][0][0], out[0]["points"][0][1]);
+    Rgb second = png.at(out[1]["points"][0][0], out[1]["points"][0][1]);
+    EXPECT_TRUE(isCurve(first) && isCurve(second) && !(first == second));
 }
 
-TEST(PlotTool, NoAxesLeavesOnlyBackgroundAndCurve) {
+TEST(PlotTool, NoAxesLeavesOutGridAndAxes) {
     Folder f;
     for (bool axes : {true, false}) {
         std::vector<std::string> args{"plot", "quadratic", "k=-3", "-o", "q.png", "--scale", "1"};
         if (!axes) args.push_back("--no-axes");
         ASSERT_EQ(f.evalg(args).status, 0);
         Png png = readPng(f.file("q.png"));
-        // Column 80 is x = 0, row 50 is y = 0, column and row 0 the grid lines
-        // at -8 and 5; (5, 5) lies between grid lines, far from the curve.
-        Rgb blank = png.at(5, 5);
+        // (5, 5) lies between grid lines, far from the curve; column 80 is x = 0,
+        // row 50 y = 0, column and row 0 the grid lines at x = -8 and y = 5.
+        Rgb blank = png.at(5, 5), axis = png.at(80, 5), grid = png.at(0, 5);
         EXPECT_EQ(blank, (Rgb{255, 255, 255}));
-        for (Rgb onGrid : {png.at(80, 5), png.at(5, 50), png.at(0, 5), png.at(5, 0)})
-            EXPECT_EQ(onGrid == blank, !axes);
-        if (axes) {
-            EXPECT_FALSE(png.at(80, 5) == png.at(0, 5)) << "the axis is darker than the grid";
-        }
+        EXPECT_EQ(axis == blank && grid == blank && png.at(5, 50) == axis && png.at(5, 0) == grid, !axes);
+        EXPECT_EQ(axis == grid, !axes) << "the axis is darker than the grid";
     }
 }
 
