@@ -39,12 +39,18 @@ void Folder::write(std::string const &name, std::string const &content) const {
     std::ofstream(file(name), std::ios::binary) << content;
 }
 
-std::string Folder::read(std::string const &name) const {
-    std::ifstream in(file(name), std::ios::binary);
+namespace {
+
+std::string slurp(std::string const &path) {
+    std::ifstream in(path, std::ios::binary);
     std::ostringstream s;
     s << in.rdbuf();
     return s.str();
 }
+
+} // namespace
+
+std::string Folder::read(std::string const &name) const { return slurp(file(name)); }
 
 Result Folder::evalg(std::vector<std::string> const &args) const {
     // Standard output and error go to files outside the folder, so they never
@@ -65,13 +71,7 @@ Result Folder::evalg(std::vector<std::string> const &args) const {
     }
     int status = 0;
     ::waitpid(pid, &status, 0);
-    Result r{WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), "", ""};
-    std::ifstream o(out, std::ios::binary), e(err, std::ios::binary);
-    std::ostringstream os, es;
-    os << o.rdbuf();
-    es << e.rdbuf();
-    r.out = os.str();
-    r.err = es.str();
+    Result r{WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), slurp(out), slurp(err)};
     ::unlink(out.c_str());
     ::unlink(err.c_str());
     return r;
@@ -89,6 +89,11 @@ Png readPng(std::string const &path) {
     out.height = image.height;
     out.pixels = std::move(pixels);
     return out;
+}
+
+std::vector<std::string> with(std::vector<std::string> words, std::vector<std::string> const &more) {
+    words.insert(words.end(), more.begin(), more.end());
+    return words;
 }
 
 std::vector<std::string> quotedAfter(std::string const &text, std::string const &prefix) {

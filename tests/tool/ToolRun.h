@@ -47,6 +47,9 @@ struct Png {
 };
 Png readPng(std::string const &path);
 
+// The words followed by more words.
+std::vector<std::string> with(std::vector<std::string> words, std::vector<std::string> const &more);
+
 // The text between the quotes of every prefix"..." in text, in order.
 std::vector<std::string> quotedAfter(std::string const &text, std::string const &prefix);
 

@@ -173,11 +173,6 @@ json libraryPoints(PlotCase const &c) {
     return pointsJson(c.library(DomainP(new ds::GraphicalDomainC(w.xMin, w.xMax, w.yMin, w.yMax, w.m, w.n))));
 }
 
-std::vector<std::string> with(std::vector<std::string> words, std::vector<std::string> const &more) {
-    words.insert(words.end(), more.begin(), more.end());
-    return words;
-}
-
 // Runs evalg plot for the case, with its input file in place.
 Result plot(Folder const &f, PlotCase const &c, std::vector<std::string> const &extra) {
     if (c.fileName) f.write(c.fileName, c.fileText);
