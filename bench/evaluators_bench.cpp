@@ -21,7 +21,13 @@
 #include "collab/ds/GraphDataSetWinC.h"
 #include "collab/esb/CartesianRelationServiceC.h"
 #include "collab/oss/IntegerConversionC.h"
+#include "collab/math/algexpr/AlgebraicExpressionC.h"
+#include "collab/rel/ArbitraryFunctionC.h"
+#include "collab/rel/CircleC.h"
+#include "collab/rel/EllipseC.h"
 #include "collab/rel/ExponentialFunctionC.h"
+#include "collab/rel/HyperbolaC.h"
+#include "collab/rel/HyperbolaVertC.h"
 #include "collab/rel/LinearFunction1C.h"
 #include "collab/rel/LogarithmicFunctionC.h"
 #include "collab/rel/ParabolaC.h"
@@ -29,7 +35,12 @@
 #include "collab/rel/PowerFunctionC.h"
 #include "collab/rel/QuadraticFunctionC.h"
 #include "collab/rel/SinusoidalFunctionC.h"
+#include "evalg/ArbitraryFunctionFloat64EvalC.h"
+#include "evalg/CircleEvalC.h"
+#include "evalg/EllipseEvalC.h"
 #include "evalg/ExponentialFunctionEvalC.h"
+#include "evalg/HyperbolaEvalC.h"
+#include "evalg/HyperbolaVertEvalC.h"
 #include "evalg/GeneralEvalC.h"
 #include "evalg/LinearFunction1EvalC.h"
 #include "evalg/LogarithmicFunctionEvalC.h"
@@ -66,6 +77,14 @@ struct Curve {
 
 oss::PointerTC<rel::RelationC> held(rel::RelationC *r) { return oss::PointerTC<rel::RelationC>(r); }
 
+// k + s and k - s where s is a real square root.
+void pair(std::vector<double> &v, double k, double s) {
+    if (s == s) {
+        v.push_back(k + s);
+        v.push_back(k - s);
+    }
+}
+
 template <class EvalT>
 std::function<std::unique_ptr<evalg::CartesianRelationGraphEvalC>()> make() {
     return [] { return std::unique_ptr<evalg::CartesianRelationGraphEvalC>(new EvalT); };
@@ -87,6 +106,22 @@ std::vector<Curve> curves() {
              }
          },
          true},
+        {"circle", [] { return held(new rel::CircleC(0, 0, 7)); }, make<evalg::CircleEvalC>(),
+         [](double x, std::vector<double> &v) { pair(v, 0, std::sqrt(49 - x * x)); }},
+        {"ellipse", [] { return held(new rel::EllipseC(0, 0, 7.5, 4.5)); }, make<evalg::EllipseEvalC>(),
+         [](double x, std::vector<double> &v) { pair(v, 0, 4.5 * std::sqrt(1 - (x / 7.5) * (x / 7.5))); }},
+        // Transverse axis along x: its branches are walked row by row.
+        {"hyperbola", [] { return held(new rel::HyperbolaC(0, 0, 2, 1.5)); }, make<evalg::HyperbolaEvalC>(),
+         [](double x, std::vector<double> &v) { pair(v, 0, 1.5 * std::sqrt((x / 2) * (x / 2) - 1)); }, true},
+        {"vhyperbola", [] { return held(new rel::HyperbolaVertC(0, 0, 2, 1.5)); }, make<evalg::HyperbolaVertEvalC>(),
+         [](double x, std::vector<double> &v) { pair(v, 0, 1.5 * std::sqrt((x / 2) * (x / 2) + 1)); }},
+        {"expression",
+         [] {
+             return held(new rel::ArbitraryFunctionC(
+                 math::algexpr::AlgebraicExpressionC::fromInfixString("0.07x^2 - 4", nullptr)));
+         },
+         make<evalg::ArbitraryFunctionFloat64EvalC>(),
+         [](double x, std::vector<double> &v) { v.push_back(0.07 * (x * x) - 4); }},
         {"quadratic", [] { return held(new rel::QuadraticFunctionC(0.07, 0, -4)); },
          make<evalg::QuadraticFunctionEvalC>(),
          [](double x, std::vector<double> &v) { v.push_back(0.07 * (x * x) - 4); }},

@@ -125,7 +125,9 @@ void CartesianRelationGraphEvalHelperC::addPixelPoints(double x, double y1, doub
     // x is not clamped: the caller passes an x inside the grid.
     long col = IntegerConversionC::floorQuotientToUInt16(x - leftEdge, xStep, xStepReciprocal);
     int16_t rowStart = IntegerConversionC::floorQuotientToInt16(start - bottomEdge, yStep, yStepReciprocal);
-    uint16_t rowEnd = IntegerConversionC::floorQuotientToUInt16(end - bottomEdge, yStep, yStepReciprocal);
+    // A single point (or a flat span) needs its row only once.
+    uint16_t rowEnd = end == start ? uint16_t(rowStart)
+                                   : IntegerConversionC::floorQuotientToUInt16(end - bottomEdge, yStep, yStepReciprocal);
     int rows = pixelRows;
     ds::GraphDataSetWinC &target = *set;
     emitSpan(start < end, rowStart, rowEnd, [&](int r) { put(target, col, long(rows - r - 1), prepend); });
@@ -148,7 +150,8 @@ void CartesianRelationGraphEvalHelperC::addPixelPointsXYSwapped(double y, double
     }
     uint16_t row = IntegerConversionC::floorQuotientToUInt16(y - bottomEdge, yStep, yStepReciprocal);
     int16_t colStart = IntegerConversionC::floorQuotientToInt16(start - leftEdge, xStep, xStepReciprocal);
-    uint16_t colEnd = IntegerConversionC::floorQuotientToUInt16(end - leftEdge, xStep, xStepReciprocal);
+    uint16_t colEnd = end == start ? uint16_t(colStart)
+                                   : IntegerConversionC::floorQuotientToUInt16(end - leftEdge, xStep, xStepReciprocal);
     long screenRow = long(int(pixelRows) - int(row) - 1);
     ds::GraphDataSetWinC &target = *set;
     emitSpan(start < end, colStart, colEnd, [&](int c) { put(target, long(c), screenRow, prepend); });

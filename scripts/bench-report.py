@@ -22,7 +22,7 @@ def main(path):
         way, curve, size = b["run_name"].split("/")[:3]
         t[(way, curve)][size] = b["real_time"]
     curves = sorted({c for (_, c) in t})
-    rows = {"logarithmic", "parabola"}  # walked row by row: cost per row
+    rows = {"logarithmic", "parabola", "hyperbola"}  # walked row by row: cost per row
     cols = {s: int(s.split("x")[0]) for s in SIZES}
     rws = {s: int(s.split("x")[1]) for s in SIZES}
     print("| curve | ns per column or row (small / HD / huge) | vs general | vs naive | vs floor | per-column spread |")
