@@ -1,0 +1,50 @@
+#ifndef EVALG_TOOL_COMMANDS_H
+#define EVALG_TOOL_COMMANDS_H
+
+#include <string>
+#include <vector>
+
+namespace evalgtool {
+
+// The window options every drawing command shares.
+struct WindowOptions {
+    std::string window; // XMIN,XMAX,YMIN,YMAX
+    std::string size;   // MxN
+};
+
+struct PlotOptions {
+    std::vector<std::string> relation;               // KIND NAME=VALUE...
+    std::vector<std::vector<std::string>> others;    // each --and
+    WindowOptions window;
+    std::string output, format, scale = "4";
+    bool noAxes = false;
+};
+void runPlot(PlotOptions const &o);
+
+struct TableOptions {
+    std::vector<std::string> relation;
+    std::string xs, from, to, step;
+    std::string output, format;
+};
+void runTable(TableOptions const &o);
+
+struct SketchOptions {
+    std::string file;
+    WindowOptions window;
+    std::string output, format;
+};
+void runSketchToPixels(SketchOptions const &o);
+void runSketchFromPixels(SketchOptions const &o);
+
+struct GalleryOptions {
+    std::string folder = "gallery";
+};
+void runGallery(GalleryOptions const &o);
+
+// Whether the picture fits the size the raster formats accept; throws
+// UsageError naming the limit when it does not.
+void checkPictureSize(long long columns, long long rows, long long scale);
+
+} // namespace evalgtool
+
+#endif

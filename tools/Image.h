@@ -1,0 +1,50 @@
+#ifndef EVALG_TOOL_IMAGE_H
+#define EVALG_TOOL_IMAGE_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace evalgtool {
+
+// Palette indices of the pictures.
+enum : std::uint8_t { Background = 0, GridColour = 1, AxisColour = 2, Ink = 3, FirstCurveColour = 4 };
+int const curveColourCount = 8;
+
+struct Rgb {
+    std::uint8_t r, g, b;
+};
+Rgb paletteColour(std::uint8_t index);
+// "#1f77b4": the same colour for SVG and HTML.
+std::string hexColour(std::uint8_t index);
+// The colour of the i-th relation of a picture.
+std::uint8_t curveColour(std::size_t i);
+
+// A paletted picture, one byte per pixel, row 0 at the top. Drawing outside
+// it is clipped.
+class Image {
+public:
+    Image(int width, int height, std::uint8_t fill);
+    int width() const { return width_; }
+    int height() const { return height_; }
+    std::uint8_t at(int x, int y) const { return pixels_[std::size_t(y) * std::size_t(width_) + std::size_t(x)]; }
+    void set(int x, int y, std::uint8_t colour);
+    // Every pixel of the straight line from one pixel to the other, both ends
+    // included (Bresenham).
+    void line(int x0, int y0, int x1, int y1, std::uint8_t colour);
+    // Copies source enlarged by scale (nearest neighbour) with its top left
+    // corner at (x, y).
+    void paste(Image const &source, int x, int y, int scale);
+    // Draws text in the 5x8 font, each font pixel scale x scale, top left at
+    // (x, y); characters are six font pixels apart.
+    void text(int x, int y, std::string const &s, std::uint8_t colour, int scale);
+
+private:
+    int width_;
+    int height_;
+    std::vector<std::uint8_t> pixels_;
+};
+
+} // namespace evalgtool
+
+#endif

@@ -1,0 +1,389 @@
+#include "Kinds.h"
+
+#include <cfloat>
+#include <set>
+#include <sstream>
+
+#include "collab/ds/FloatDataSetC.h"
+#include "collab/esb/CartesianRelationServiceC.h"
+#include "collab/math/algexpr/AlgebraicExpressionC.h"
+#include "collab/rel/ArbitraryFunctionC.h"
+#include "collab/rel/CircleC.h"
+#include "collab/rel/EllipseC.h"
+#include "collab/rel/ExponentialFunctionC.h"
+#include "collab/rel/HyperbolaC.h"
+#include "collab/rel/HyperbolaVertC.h"
+#include "collab/rel/LinearFunction1C.h"
+#include "collab/rel/LogarithmicFunctionC.h"
+#include "collab/rel/ParabolaC.h"
+#include "collab/rel/ParabolaVertC.h"
+#include "collab/rel/PowerFunctionC.h"
+#include "collab/rel/QuadraticFunctionC.h"
+#include "collab/rel/SinusoidalFunctionC.h"
+#include "collab/rel/SketchC.h"
+#include "Errors.h"
+#include "evalg/ArbitraryFunctionFloat64EvalC.h"
+#include "evalg/CircleEvalC.h"
+#include "evalg/EllipseEvalC.h"
+#include "evalg/ExponentialFunctionEvalC.h"
+#include "evalg/HyperbolaEvalC.h"
+#include "evalg/HyperbolaVertEvalC.h"
+#include "evalg/LinearFunction1EvalC.h"
+#include "evalg/LogarithmicFunctionEvalC.h"
+#include "evalg/ParabolaEvalC.h"
+#include "evalg/ParabolaVertEvalC.h"
+#include "evalg/PowerFunctionEvalC.h"
+#include "evalg/QuadraticFunctionEvalC.h"
+#include "evalg/SinusoidalFunctionEvalC.h"
+#include "evalg/SketchEvalC.h"
+#include "Numbers.h"
+#include "SampledDrawing.h"
+#include "SketchFile.h"
+
+namespace evalgtool {
+
+namespace ds = qelt::mathapp::ds;
+namespace esb = qelt::mathapp::esb;
+namespace evalg = qelt::mathapp::evalg;
+namespace rel = qelt::mathapp::rel;
+using qelt::oss::PointerTC;
+using RelationP = PointerTC<rel::RelationC>;
+
+double Arguments::number(std::string const &name) const {
+    auto it = numbers.find(name);
+    return it == numbers.end() ? 0.0 : it->second;
+}
+
+std::string const &Arguments::text(std::string const &name) const {
+    static std::string const none;
+    auto it = texts.find(name);
+    return it == texts.end() ? none : it->second;
+}
+
+namespace {
+
+ParamDef number(std::string name, double def, std::string meaning) {
+    return ParamDef{std::move(name), ParamType::Number, def, "", std::move(meaning), -DBL_MAX, DBL_MAX};
+}
+
+ParamDef text(std::string name, std::string def, std::string meaning) {
+    return ParamDef{std::move(name), ParamType::Text, 0.0, std::move(def), std::move(meaning), 0.0, 0.0};
+}
+
+ParamDef integer(std::string name, double def, double lo, double hi, std::string meaning) {
+    return ParamDef{std::move(name), ParamType::Integer, def, "", std::move(meaning), lo, hi};
+}
+
+// Draws with a closed-form evaluator: the visible stretches follow its markers.
+template <class EvaluatorT>
+Drawing drawPath(RelationP relation, Window const &w, std::string const &evaluatorName) {
+    esb::CartesianRelationServiceC service(relation);
+    EvaluatorT evaluator;
+    Drawing d;
+    d.evaluator = evaluatorName;
+    d.points = pixelPoints(evaluator.evaluateGraph(service, makeDomain(w)));
+    d.strokes = visibleStretches(d.points, w, false);
+    return d;
+}
+
+// A kind drawn by one closed-form evaluator from one relation class.
+template <class EvaluatorT>
+KindEntry graphKind(std::string name, std::string curve, std::vector<ParamDef> params, std::string evaluatorName,
+                   std::function<rel::RelationC *(Arguments const &)> build, std::string gallery) {
+    KindEntry k;
+    k.name = std::move(name);
+    k.curve = std::move(curve);
+    k.params = std::move(params);
+    k.evaluator = evaluatorName;
+    k.relation = [build](Arguments const &a) { return RelationP(build(a)); };
+    k.draw = [build, evaluatorName](Arguments const &a, Window const &w) {
+        return drawPath<EvaluatorT>(RelationP(build(a)), w, evaluatorName);
+    };
+    k.galleryArguments = std::move(gallery);
+    return k;
+}
+
+// The relation y = f(x) of the expression f=, which must parse.
+rel::RelationC *expression(Arguments const &a) {
+    std::string const &f = a.text("f");
+    std::string error;
+    PointerTC<qelt::math::algexpr::AlgebraicExpressionC> parsed =
+        qelt::math::algexpr::AlgebraicExpressionC::fromInfixString(f, &error);
+    if (f.empty()) throw UsageError("expr: f=\"EXPRESSION\" is required, an expression in x such as f=\"x^2 - 2\"");
+    if (!parsed)
+        throw UsageError("expr f: '" + f + "' does not parse: " + error +
+                         "; write it in ordinary notation, such as f=\"2x^2 - sin(x)/x\"");
+    return new rel::ArbitraryFunctionC(parsed);
+}
+
+// Any other kind's relation, drawn by the general sampled evaluator.
+KindEntry sampledKind() {
+    KindEntry k;
+    k.name = "sampled";
+    k.curve = "the relation of=KIND, sampled column by column";
+    k.params = {text("of", "", "KIND"),
+                number("subdivisions", 100, "samples per column where the branch count jumps by 2 or more, 1 to 65535")};
+    // The sampled evaluator's refinement loop counts in 16 bits: more
+    // subdivisions than that would never end.
+    k.params[1].lo = 1;
+    k.params[1].hi = 65535;
+    k.evaluator = "GeneralEvalC";
+    k.wrapsKind = true;
+    k.draw = [](Arguments const &a, Window const &w) {
+        return drawSampled(findKind(a.text("of"))->relation(a), a.number("subdivisions"), w);
+    };
+    k.galleryArguments = "of=hyperbola a=1.5 b=2 k=0.5";
+    return k;
+}
+
+// A free-hand sketch read from a file, one pixel per point.
+KindEntry sketchKind() {
+    KindEntry k;
+    k.name = "sketch";
+    k.curve = "the points of file=FILE, a JSON or CSV list of x,y";
+    k.params = {text("file", "", "FILE")};
+    k.evaluator = "SketchEvalC";
+    k.draw = [](Arguments const &a, Window const &w) {
+        std::string const &file = a.text("file");
+        if (file.empty()) throw UsageError("sketch: file=FILE is required, a JSON or CSV list of points x,y");
+        PointerTC<ds::FloatDataSetC> points(new ds::FloatDataSetC);
+        for (FilePoint const &p : readPointsFile(file, "x", "y")) points->addPoint(new ds::FloatPointC(p.a, p.b, p.marks));
+        PointerTC<rel::SketchC> sketch(new rel::SketchC(points));
+        Drawing d;
+        d.evaluator = "SketchEvalC";
+        d.points = pixelPoints(qelt::mathapp::evalg::SketchEvalC().evaluatePixels(*sketch, makeDomain(w)));
+        d.strokes = visibleStretches(d.points, w, false);
+        return d;
+    };
+    k.galleryArguments = "file=sketch-points.json";
+    return k;
+}
+
+std::vector<KindEntry> makeKinds() {
+    ParamDef const a1 = number("a", 1, "");
+    ParamDef const b1 = number("b", 1, "");
+    ParamDef const h0 = number("h", 0, "");
+    ParamDef const k0 = number("k", 0, "");
+    // Exponents are whole numbers that a double holds exactly.
+    double const exactInteger = 9007199254740992.0;
+    std::vector<KindEntry> table;
+    table.push_back(graphKind<evalg::LinearFunction1EvalC>(
+        "line", "y = m(x - h) + k", {number("m", 1, ""), h0, k0}, "LinearFunction1EvalC",
+        [](Arguments const &a) { return new rel::LinearFunction1C(a.number("m"), a.number("h"), a.number("k")); },
+        "m=0.5 h=-2 k=1"));
+    table.push_back(graphKind<evalg::QuadraticFunctionEvalC>(
+        "quadratic", "y = a(x - h)^2 + k", {a1, h0, k0}, "QuadraticFunctionEvalC",
+        [](Arguments const &a) { return new rel::QuadraticFunctionC(a.number("a"), a.number("h"), a.number("k")); },
+        "a=0.25 h=1 k=-4"));
+    table.push_back(graphKind<evalg::ParabolaVertEvalC>(
+        "vparabola", "(x - h)^2 = 4a(y - k), vertical axis", {h0, k0, a1}, "ParabolaVertEvalC",
+        [](Arguments const &a) { return new rel::ParabolaVertC(a.number("h"), a.number("k"), a.number("a")); },
+        "h=-1 k=-3 a=0.5"));
+    table.push_back(graphKind<evalg::ParabolaEvalC>(
+        "parabola", "(y - k)^2 = 4a(x - h), horizontal axis", {h0, k0, a1}, "ParabolaEvalC",
+        [](Arguments const &a) { return new rel::ParabolaC(a.number("h"), a.number("k"), a.number("a")); },
+        "h=-4 k=0.5 a=1"));
+    table.push_back(graphKind<evalg::CircleEvalC>(
+        "circle", "(x - h)^2 + (y - k)^2 = r^2", {h0, k0, number("r", 1, "")}, "CircleEvalC",
+        [](Arguments const &a) { return new rel::CircleC(a.number("h"), a.number("k"), a.number("r")); },
+        "h=-1 k=0.5 r=3.5"));
+    table.push_back(graphKind<evalg::EllipseEvalC>(
+        "ellipse", "(x - h)^2/a^2 + (y - k)^2/b^2 = 1", {h0, k0, a1, b1}, "EllipseEvalC",
+        [](Arguments const &a) {
+            return new rel::EllipseC(a.number("h"), a.number("k"), a.number("a"), a.number("b"));
+        },
+        "h=1 a=6 b=3"));
+    table.push_back(graphKind<evalg::HyperbolaEvalC>(
+        "hyperbola", "(x - h)^2/a^2 - (y - k)^2/b^2 = 1", {h0, k0, a1, b1}, "HyperbolaEvalC",
+        [](Arguments const &a) {
+            return new rel::HyperbolaC(a.number("h"), a.number("k"), a.number("a"), a.number("b"));
+        },
+        "a=2 b=1.5"));
+    table.push_back(graphKind<evalg::HyperbolaVertEvalC>(
+        "vhyperbola", "(y - k)^2/b^2 - (x - h)^2/a^2 = 1", {h0, k0, a1, b1}, "HyperbolaVertEvalC",
+        [](Arguments const &a) {
+            return new rel::HyperbolaVertC(a.number("h"), a.number("k"), a.number("a"), a.number("b"));
+        },
+        "h=1 k=-0.5 a=2 b=1.5"));
+    table.push_back(graphKind<evalg::PowerFunctionEvalC>(
+        "power", "y = a(x - h)^r + k, r a whole number",
+        {a1, h0, k0, integer("r", 1, -exactInteger, exactInteger, ""),
+         integer("restriction", 0, 0, 2, "0 every x, 1 only x >= h, 2 only x <= h")},
+        "PowerFunctionEvalC",
+        [](Arguments const &a) {
+            return new rel::PowerFunctionC(a.number("a"), a.number("h"), a.number("k"),
+                                           static_cast<long long>(a.number("r")), // whole and in range: checked
+                                           static_cast<rel::PowerFunctionDomainRestrictionE>(int(a.number("restriction"))));
+        },
+        "a=0.5 h=1 k=-1 r=-1"));
+    table.push_back(graphKind<evalg::ExponentialFunctionEvalC>(
+        "exp", "y = b e^(r x) + k", {b1, number("r", 1, ""), k0}, "ExponentialFunctionEvalC",
+        [](Arguments const &a) { return new rel::ExponentialFunctionC(a.number("b"), a.number("r"), a.number("k")); },
+        "b=0.5 r=0.5 k=-3"));
+    table.push_back(graphKind<evalg::LogarithmicFunctionEvalC>(
+        "log", "y = b log_base(a(x - h)) + k", {a1, b1, h0, k0, number("base", 10, "")},
+        "LogarithmicFunctionEvalC",
+        [](Arguments const &a) {
+            return new rel::LogarithmicFunctionC(a.number("a"), a.number("b"), a.number("h"), a.number("k"),
+                                                 a.number("base"));
+        },
+        "b=2 h=-7 k=-3 base=2"));
+    for (bool sine : {true, false})
+        table.push_back(graphKind<evalg::SinusoidalFunctionEvalC>(
+            sine ? "sin" : "cos", sine ? "y = b sin(a(x - h)) + k" : "y = b cos(a(x - h)) + k", {a1, b1, h0, k0},
+            "SinusoidalFunctionEvalC",
+            [sine](Arguments const &a) {
+                return new rel::SinusoidalFunctionC(a.number("a"), a.number("b"), a.number("h"), a.number("k"), sine);
+            },
+            sine ? "a=1.5 b=3 h=0.5" : "a=0.5 b=4 k=-0.5"));
+    table.push_back(graphKind<evalg::ArbitraryFunctionFloat64EvalC>(
+        "expr", "y = f(x), f in ordinary notation: 2x^2 - 3, sin(x)/x", {text("f", "", "\"EXPRESSION\"")},
+        "ArbitraryFunctionFloat64EvalC", expression, "f='tan(x)/2'"));
+    table.push_back(sampledKind());
+    table.push_back(sketchKind());
+    return table;
+}
+
+std::string joinNames(std::vector<ParamDef> const &params) {
+    std::string out;
+    for (ParamDef const &p : params) out += (out.empty() ? "" : ", ") + p.name;
+    return out;
+}
+
+// A text parameter without a default shows what it takes instead.
+std::string formatDefault(ParamDef const &p) {
+    if (p.type != ParamType::Text) return formatNumber(p.number);
+    return p.text.empty() ? p.meaning : p.text;
+}
+
+} // namespace
+
+std::vector<KindEntry> const &kinds() {
+    static std::vector<KindEntry> const table = makeKinds();
+    return table;
+}
+
+KindEntry const *findKind(std::string const &name) {
+    for (KindEntry const &k : kinds())
+        if (k.name == name) return &k;
+    return nullptr;
+}
+
+std::string kindNames() {
+    std::string out;
+    for (KindEntry const &k : kinds()) out += (out.empty() ? "" : ", ") + k.name;
+    return out;
+}
+
+RelationRequest parseRelation(std::vector<std::string> const &words) {
+    if (words.empty()) throw UsageError("a relation needs a KIND; kinds: " + kindNames());
+    RelationRequest request;
+    request.kind = findKind(words[0]);
+    if (!request.kind) throw UsageError("unknown kind '" + words[0] + "'; kinds: " + kindNames());
+    request.drawnKind = request.kind;
+    std::string const &kindName = request.kind->name;
+
+    // Split NAME=VALUE words first, so a wrapping kind can see its "of".
+    std::vector<std::pair<std::string, std::string>> given;
+    std::set<std::string> seen;
+    for (std::size_t i = 1; i < words.size(); ++i) {
+        std::size_t eq = words[i].find('=');
+        if (eq == std::string::npos || eq == 0)
+            throw UsageError(kindName + ": '" + words[i] + "' is not of the form NAME=VALUE");
+        std::string name = words[i].substr(0, eq);
+        if (!seen.insert(name).second) throw UsageError(kindName + ": parameter '" + name + "' is given twice");
+        given.emplace_back(name, words[i].substr(eq + 1));
+    }
+
+    std::vector<ParamDef> accepted = request.kind->params;
+    if (request.kind->wrapsKind) {
+        std::string of;
+        for (auto const &g : given)
+            if (g.first == "of") of = g.second;
+        if (of.empty()) of = request.kind->params.front().text;
+        KindEntry const *inner = findKind(of);
+        if (!inner || inner->wrapsKind || !inner->relation) {
+            std::string drawable;
+            for (KindEntry const &k : kinds())
+                if (!k.wrapsKind && k.relation) drawable += (drawable.empty() ? "" : ", ") + k.name;
+            throw UsageError(kindName + (of.empty() ? ": of=KIND is required" : ": of='" + of + "' is not a kind it can draw") +
+                             "; of= takes " + drawable);
+        }
+        request.drawnKind = inner;
+        accepted.insert(accepted.end(), inner->params.begin(), inner->params.end());
+    }
+
+    for (ParamDef const &p : accepted) {
+        if (p.type == ParamType::Text)
+            request.args.texts[p.name] = p.text;
+        else
+            request.args.numbers[p.name] = p.number;
+    }
+    for (auto const &g : given) {
+        ParamDef const *p = nullptr;
+        for (ParamDef const &candidate : accepted)
+            if (candidate.name == g.first) p = &candidate;
+        if (!p)
+            throw UsageError(kindName + ": unknown parameter '" + g.first + "'; its parameters are " +
+                             joinNames(accepted));
+        std::string what = kindName + " " + p->name;
+        if (p->type == ParamType::Text) {
+            request.args.texts[p->name] = g.second;
+        } else if (p->type == ParamType::Integer) {
+            request.args.numbers[p->name] =
+                double(parseInteger(g.second, what, static_cast<long long>(p->lo), static_cast<long long>(p->hi)));
+        } else {
+            double v = parseNumber(g.second, what);
+            if (v < p->lo || v > p->hi)
+                throw UsageError(what + ": " + g.second + " is out of range; it must be from " +
+                                 formatNumber(p->lo) + " to " + formatNumber(p->hi));
+            request.args.numbers[p->name] = v;
+        }
+    }
+
+    request.label = words[0];
+    for (std::size_t i = 1; i < words.size(); ++i) request.label += " " + words[i];
+    return request;
+}
+
+std::vector<ParamValue> parameterValues(RelationRequest const &request) {
+    std::vector<ParamDef> params = request.kind->params;
+    if (request.drawnKind != request.kind)
+        params.insert(params.end(), request.drawnKind->params.begin(), request.drawnKind->params.end());
+    std::vector<ParamValue> out;
+    for (ParamDef const &p : params) {
+        if (p.type == ParamType::Text)
+            out.push_back(ParamValue{p.name, ParamValue::Text, 0.0, request.args.text(p.name)});
+        else
+            out.push_back(ParamValue{p.name, p.type == ParamType::Integer ? ParamValue::Integer : ParamValue::Number,
+                                     request.args.number(p.name), ""});
+    }
+    return out;
+}
+
+Curve drawRelation(RelationRequest const &request, Window const &w) {
+    Curve c;
+    c.label = request.label;
+    c.kind = request.kind->name;
+    c.parameters = parameterValues(request);
+    c.drawing = request.kind->draw(request.args, w);
+    return c;
+}
+
+std::string kindsHelp() {
+    std::ostringstream out;
+    out << "Kinds and their parameters (defaults shown):\n";
+    for (KindEntry const &k : kinds()) {
+        std::string params, meanings;
+        for (ParamDef const &p : k.params) {
+            params += " " + p.name + "=" + formatDefault(p);
+            if (p.type != ParamType::Text && !p.meaning.empty()) meanings += "\n              " + p.name + ": " + p.meaning;
+        }
+        if (k.wrapsKind) params += " and the parameters of KIND";
+        out << "  " << k.name << std::string(k.name.size() < 11 ? 11 - k.name.size() : 1, ' ') << k.curve << "   ("
+            << k.evaluator << ")\n             " << params << meanings << "\n";
+    }
+    return out.str();
+}
+
+} // namespace evalgtool

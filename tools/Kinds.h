@@ -1,0 +1,83 @@
+#ifndef EVALG_TOOL_KINDS_H
+#define EVALG_TOOL_KINDS_H
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "collab/oss/PointerTC.h"
+#include "collab/rel/RelationC.h"
+#include "Picture.h"
+#include "Window.h"
+
+namespace evalgtool {
+
+enum class ParamType { Number, Integer, Text };
+
+// One NAME=VALUE parameter of a kind, with its default.
+struct ParamDef {
+    std::string name;
+    ParamType type;
+    double number;    // default of a Number or Integer
+    std::string text; // default of a Text
+    std::string meaning; // what a Text takes ("FILE"); for a number, a note for the help
+
+    double lo, hi;    // accepted range of a Number or Integer
+};
+
+// The parameters of one relation after validation: every parameter of its
+// kind, given or defaulted.
+struct Arguments {
+    double number(std::string const &name) const;
+    std::string const &text(std::string const &name) const;
+
+    std::map<std::string, double> numbers;
+    std::map<std::string, std::string> texts;
+};
+
+// A relation kind of the tool. Adding a kind is adding one of these to the
+// table in Kinds.cpp.
+struct KindEntry {
+    std::string name;
+    std::string curve; // what it draws, for the help text
+    std::vector<ParamDef> params;
+    std::string evaluator; // the library class that draws it
+    // The relation, for drawing and for tables; empty for a kind that has no
+    // y values (a sketch).
+    std::function<qelt::oss::PointerTC<qelt::mathapp::rel::RelationC>(Arguments const &)> relation;
+    std::function<Drawing(Arguments const &, Window const &)> draw;
+    std::string galleryArguments; // what the gallery draws, as NAME=VALUE words
+    // The kind draws another kind's relation, named by its "of" parameter,
+    // whose parameters it then accepts as well.
+    bool wrapsKind = false;
+};
+
+std::vector<KindEntry> const &kinds();
+KindEntry const *findKind(std::string const &name);
+std::string kindNames(); // "line, quadratic, ..."
+
+// A relation as written on the command line: KIND NAME=VALUE...
+struct RelationRequest {
+    KindEntry const *kind = nullptr;
+    KindEntry const *drawnKind = nullptr; // the kind whose relation is built (differs for a wrapping kind)
+    Arguments args;
+    std::string label;
+};
+
+// Validates the words (unknown kind or parameter, a repeated or malformed
+// value) and fills in the defaults; throws UsageError.
+RelationRequest parseRelation(std::vector<std::string> const &words);
+
+// Every parameter of the relation, given or defaulted, in declaration order.
+std::vector<ParamValue> parameterValues(RelationRequest const &request);
+
+// The relation's drawing on the window, with what names it.
+Curve drawRelation(RelationRequest const &request, Window const &w);
+
+// The help text's list of kinds with their parameters and defaults.
+std::string kindsHelp();
+
+} // namespace evalgtool
+
+#endif

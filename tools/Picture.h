@@ -1,0 +1,69 @@
+#ifndef EVALG_TOOL_PICTURE_H
+#define EVALG_TOOL_PICTURE_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "collab/ds/GraphDataSetWinC.h"
+#include "collab/oss/PointerTC.h"
+#include "Window.h"
+
+namespace evalgtool {
+
+// One pixel point of a data set: column from the left, screen row from the
+// top, and its marker byte.
+struct PixelPoint {
+    std::int32_t column;
+    std::int32_t row;
+    std::uint8_t markers;
+};
+
+// Points that the display joins one after the other.
+using Stroke = std::vector<PixelPoint>;
+
+// What one evaluator made of one relation on one window.
+struct Drawing {
+    std::string evaluator;
+    std::vector<PixelPoint> points; // the library's output, as it came
+    std::vector<Stroke> strokes;    // the visible stretches drawn from it
+};
+
+// One parameter of a drawn relation, given or defaulted.
+struct ParamValue {
+    std::string name;
+    enum { Number, Integer, Text } type;
+    double number;
+    std::string text;
+};
+
+// A drawn relation with what names it.
+struct Curve {
+    std::string label; // as typed: "quadratic a=2"
+    std::string kind;  // "quadratic"
+    std::vector<ParamValue> parameters;
+    Drawing drawing;
+};
+
+struct Picture {
+    Window window;
+    std::vector<Curve> curves;
+    bool axes = true;
+};
+
+std::vector<PixelPoint> pixelPoints(qelt::oss::PointerTC<qelt::mathapp::ds::GraphDataSetWinC> const &set);
+
+// Splits a data set into the stretches the display joins: a stretch ends at a
+// LAST_VISIBLE point and a new one starts at a FIRST_VISIBLE point. A point
+// more than one pixel outside the grid is not drawn and ends its stretch, so
+// a coordinate that came out wrapped (column 65535) never draws a line across
+// the picture; one pixel outside is kept, because a span clamped to the
+// grid's edge ends there, and the line to it is clipped. With columnWalk set,
+// points more than one column apart are not joined either: an evaluator that
+// only walks columns and sets no markers leaves such a jump where the curve
+// has no points.
+std::vector<Stroke> visibleStretches(std::vector<PixelPoint> const &points, Window const &w, bool columnWalk);
+
+} // namespace evalgtool
+
+#endif

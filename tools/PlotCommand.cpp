@@ -1,0 +1,59 @@
+#include <cstdlib>
+#include <unistd.h>
+
+#include "Commands.h"
+#include "Errors.h"
+#include "Kinds.h"
+#include "Numbers.h"
+#include "Output.h"
+#include "PlotFormats.h"
+
+namespace evalgtool {
+
+namespace {
+
+// Pixels a raster picture may have after scaling: far above any screen, and
+// small enough that the image always fits in memory.
+long long const maxPicturePixels = 1LL << 26;
+
+} // namespace
+
+void checkPictureSize(long long columns, long long rows, long long scale) {
+    if (columns * scale * rows * scale > maxPicturePixels)
+        throw UsageError("a " + std::to_string(columns * scale) + "x" + std::to_string(rows * scale) +
+                         " picture is too large; at most " + std::to_string(maxPicturePixels) +
+                         " pixels, so use a smaller --size or --scale");
+}
+
+void runPlot(PlotOptions const &o) {
+    // Everything is checked before anything is drawn or written.
+    std::vector<RelationRequest> requests{parseRelation(o.relation)};
+    for (std::vector<std::string> const &words : o.others) requests.push_back(parseRelation(words));
+    Window w = parseWindow(o.window.window, o.window.size);
+    Format format = chooseFormat(o.format, o.output,
+                                 {Format::Png, Format::Svg, Format::Json, Format::Csv, Format::Text}, Format::Text);
+    int scale = int(parseInteger(o.scale, "--scale", 1, 64));
+    if (format == Format::Png) checkPictureSize(w.columns, w.rows, scale);
+    if (format == Format::Text) checkPictureSize(w.columns, w.rows, 1);
+
+    Picture picture;
+    picture.window = w;
+    picture.axes = !o.noAxes;
+    for (RelationRequest const &request : requests) picture.curves.push_back(drawRelation(request, w));
+
+    std::string data;
+    switch (format) {
+    case Format::Png: data = plotPng(picture, scale); break;
+    case Format::Svg: data = plotSvg(picture, scale); break;
+    case Format::Json: data = plotJson(picture); break;
+    case Format::Csv: data = plotCsv(picture); break;
+    case Format::Text: {
+        bool toTerminal = (o.output.empty() || o.output == "-") && ::isatty(1) && !std::getenv("NO_COLOR");
+        data = plotText(picture, toTerminal);
+        break;
+    }
+    }
+    writeOutput(o.output, data);
+}
+
+} // namespace evalgtool

@@ -1,0 +1,196 @@
+#include "PlotFormats.h"
+
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "collab/ds/PixelPointC.h"
+#include "GridLines.h"
+#include "Image.h"
+#include "Numbers.h"
+#include "Png.h"
+#include "Render.h"
+
+namespace evalgtool {
+
+using qelt::mathapp::ds::PixelPointC;
+using Json = nlohmann::ordered_json;
+
+namespace {
+
+} // namespace
+
+Json parametersJson(std::vector<ParamValue> const &parameters) {
+    Json out = Json::object();
+    for (ParamValue const &p : parameters) {
+        if (p.type == ParamValue::Text)
+            out[p.name] = p.text;
+        else if (p.type == ParamValue::Integer)
+            out[p.name] = static_cast<long long>(p.number); // integral and in range: checked when parsed
+        else
+            out[p.name] = p.number;
+    }
+    return out;
+}
+
+namespace {
+
+std::string xmlEscape(std::string const &s) {
+    std::string out;
+    for (char c : s) {
+        switch (c) {
+        case '&': out += "&amp;"; break;
+        case '<': out += "&lt;"; break;
+        case '>': out += "&gt;"; break;
+        case '"': out += "&quot;"; break;
+        default: out += c;
+        }
+    }
+    return out;
+}
+
+std::string csvField(std::string const &s) {
+    if (s.find_first_of(",\"\n") == std::string::npos) return s;
+    std::string out = "\"";
+    for (char c : s) out += c == '"' ? std::string("\"\"") : std::string(1, c);
+    return out + "\"";
+}
+
+// Braille dot bits of the pixel (x, y) inside a 2x4 cell.
+unsigned brailleBit(int x, int y) {
+    static unsigned const bits[4][2] = {{0x01, 0x08}, {0x02, 0x10}, {0x04, 0x20}, {0x40, 0x80}};
+    return bits[y][x];
+}
+
+std::string brailleChar(unsigned bits) {
+    unsigned code = 0x2800 + bits; // three bytes of UTF-8
+    std::string out;
+    out += char(0xE0 | (code >> 12));
+    out += char(0x80 | ((code >> 6) & 0x3F));
+    out += char(0x80 | (code & 0x3F));
+    return out;
+}
+
+char const *ansiColour(std::uint8_t colour) {
+    static char const *const codes[curveColourCount] = {"34", "31", "32", "33", "35", "36", "33", "95"};
+    return codes[(colour - FirstCurveColour) % curveColourCount];
+}
+
+} // namespace
+
+std::string plotJson(Picture const &picture) {
+    Window const &w = picture.window;
+    Json out;
+    out["window"] = {{"xmin", w.xMin}, {"xmax", w.xMax}, {"ymin", w.yMin},
+                     {"ymax", w.yMax}, {"columns", w.columns}, {"rows", w.rows}};
+    out["markers"] = {{"FIRST_VISIBLE", PixelPointC::FIRST_VISIBLE}, {"LAST_VISIBLE", PixelPointC::LAST_VISIBLE}};
+    out["relations"] = Json::array();
+    for (Curve const &c : picture.curves) {
+        Json points = Json::array();
+        for (PixelPoint const &p : c.drawing.points) points.push_back({p.column, p.row, p.markers});
+        out["relations"].push_back({{"label", c.label},
+                                    {"kind", c.kind},
+                                    {"parameters", parametersJson(c.parameters)},
+                                    {"evaluator", c.drawing.evaluator},
+                                    {"points", points}});
+    }
+    return out.dump(1) + "\n";
+}
+
+std::string plotCsv(Picture const &picture) {
+    std::ostringstream out;
+    out << "relation,kind,point,column,row,markers,first_visible,last_visible\n";
+    for (std::size_t i = 0; i < picture.curves.size(); ++i) {
+        Curve const &c = picture.curves[i];
+        for (std::size_t j = 0; j < c.drawing.points.size(); ++j) {
+            PixelPoint const &p = c.drawing.points[j];
+            out << i + 1 << ',' << csvField(c.kind) << ',' << j << ',' << p.column << ',' << p.row << ','
+                << unsigned(p.markers) << ',' << ((p.markers & PixelPointC::FIRST_VISIBLE) ? 1 : 0) << ','
+                << ((p.markers & PixelPointC::LAST_VISIBLE) ? 1 : 0) << '\n';
+        }
+    }
+    return out.str();
+}
+
+std::string plotSvg(Picture const &picture, int scale) {
+    Window const &w = picture.window;
+    std::ostringstream out;
+    out << "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" << long(w.columns) * scale << "\" height=\""
+        << long(w.rows) * scale << "\" viewBox=\"0 0 " << w.columns << ' ' << w.rows << "\">\n"
+        << "<rect width=\"" << w.columns << "\" height=\"" << w.rows << "\" fill=\"" << hexColour(Background)
+        << "\"/>\n";
+    if (picture.axes) {
+        // Lines through pixel centres, as the PNG draws them.
+        for (bool axes : {false, true}) {
+            out << "<g stroke=\"" << hexColour(axes ? AxisColour : GridColour) << "\" stroke-width=\"1\">\n";
+            for (GridLine const &g : verticalGridLines(w))
+                if (g.axis == axes)
+                    out << "<line x1=\"" << g.pixel + 0.5 << "\" y1=\"0\" x2=\"" << g.pixel + 0.5 << "\" y2=\""
+                        << w.rows << "\"/>\n";
+            for (GridLine const &g : horizontalGridLines(w))
+                if (g.axis == axes)
+                    out << "<line x1=\"0\" y1=\"" << g.pixel + 0.5 << "\" x2=\"" << w.columns << "\" y2=\""
+                        << g.pixel + 0.5 << "\"/>\n";
+            out << "</g>\n";
+        }
+    }
+    out << "<clipPath id=\"grid\"><rect width=\"" << w.columns << "\" height=\"" << w.rows
+        << "\"/></clipPath>\n<g clip-path=\"url(#grid)\" fill=\"none\" stroke-width=\"1\" "
+           "stroke-linecap=\"square\" stroke-linejoin=\"round\">\n";
+    for (std::size_t i = 0; i < picture.curves.size(); ++i) {
+        Curve const &c = picture.curves[i];
+        out << "<g stroke=\"" << hexColour(curveColour(i)) << "\"><title>" << xmlEscape(c.label) << " ("
+            << c.drawing.evaluator << ")</title>\n";
+        for (Stroke const &s : c.drawing.strokes) {
+            out << "<polyline points=\"";
+            for (std::size_t j = 0; j < s.size(); ++j)
+                out << (j ? " " : "") << s[j].column + 0.5 << ',' << s[j].row + 0.5;
+            // A lone point repeated: a zero-length line with square caps shows as its pixel.
+            if (s.size() == 1) out << ' ' << s[0].column + 0.5 << ',' << s[0].row + 0.5;
+            out << "\"/>\n";
+        }
+        out << "</g>\n";
+    }
+    out << "</g>\n</svg>\n";
+    return out.str();
+}
+
+std::string plotText(Picture const &picture, bool colour) {
+    Image image = renderPicture(picture);
+    std::string out;
+    for (int cy = 0; cy < image.height(); cy += 4) {
+        std::uint8_t current = Background;
+        for (int cx = 0; cx < image.width(); cx += 2) {
+            unsigned bits = 0;
+            std::uint8_t cellColour = Background;
+            for (int y = 0; y < 4 && cy + y < image.height(); ++y)
+                for (int x = 0; x < 2 && cx + x < image.width(); ++x) {
+                    std::uint8_t p = image.at(cx + x, cy + y);
+                    if (p == Background || p == GridColour) continue; // the grid is too busy in dots
+                    bits |= brailleBit(x, y);
+                    if (p >= FirstCurveColour) cellColour = p;
+                }
+            if (colour && cellColour != current) {
+                out += cellColour == Background ? std::string("\x1b[0m") : "\x1b[" + std::string(ansiColour(cellColour)) + "m";
+                current = cellColour;
+            }
+            out += brailleChar(bits);
+        }
+        if (colour && current != Background) out += "\x1b[0m";
+        out += '\n';
+    }
+    Window const &w = picture.window;
+    out += "x " + formatNumber(w.xMin) + " .. " + formatNumber(w.xMax) + ", y " + formatNumber(w.yMin) + " .. " +
+           formatNumber(w.yMax) + ", " + std::to_string(w.columns) + "x" + std::to_string(w.rows) + " pixels\n";
+    for (std::size_t i = 0; i < picture.curves.size(); ++i) {
+        Curve const &c = picture.curves[i];
+        std::string line = c.label + "  (" + c.drawing.evaluator + ", " + std::to_string(c.drawing.points.size()) +
+                           " points)";
+        if (colour) line = "\x1b[" + std::string(ansiColour(curveColour(i))) + "m" + line + "\x1b[0m";
+        out += line + "\n";
+    }
+    return out;
+}
+
+std::string plotPng(Picture const &picture, int scale) { return encodePng(renderPicture(picture), scale); }
+
+} // namespace evalgtool

@@ -1,0 +1,125 @@
+// evalg: draws, tabulates and sketches relations with the evalg library.
+// Exit status: 0 done, 2 bad input (nothing written), 1 output not writable.
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <new>
+
+#include "Commands.h"
+#include "Errors.h"
+#include "Kinds.h"
+
+namespace {
+
+using namespace evalgtool;
+
+void addWindowOptions(CLI::App *command, WindowOptions &o) {
+    command->add_option("--window", o.window, "XMIN,XMAX,YMIN,YMAX: the ranges of the outermost pixel centres")
+        ->default_str("-8,8,-5,5");
+    command->add_option("--size", o.size, "MxN: the window's size in pixels, 1 to 32767 each")
+        ->default_str("161x101");
+}
+
+// The one line for bad input, with where to look for the accepted forms.
+int badInput(std::string const &message, std::string const &command) {
+    std::cerr << "evalg: " << message << " (see 'evalg" << (command.empty() ? "" : " " + command)
+              << " --help')\n";
+    return 2;
+}
+
+std::string commandPath(CLI::App &app) {
+    std::string path;
+    for (CLI::App *c = &app; c;) {
+        std::vector<CLI::App *> chosen = c->get_subcommands();
+        if (chosen.empty()) break;
+        c = chosen.front();
+        path += (path.empty() ? "" : " ") + c->get_name();
+    }
+    return path;
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    CLI::App app{"evalg: draw, tabulate and sketch relations with the evalg graph library."};
+    app.require_subcommand(1);
+    app.footer("Commands: plot, table, sketch to-pixels, sketch from-pixels, gallery.\n"
+               "Run 'evalg gallery' to draw every kind into ./gallery (open gallery/index.html).\n"
+               "Exit status: 0 done, 2 bad input (no file written), 1 the output could not be written.");
+
+    PlotOptions plot;
+    CLI::App *plotCommand = app.add_subcommand("plot", "Draw relations on a graph window");
+    plotCommand->add_option("relation", plot.relation, "KIND NAME=VALUE...: the relation to draw")->required();
+    plotCommand->add_option("--and", plot.others, "KIND NAME=VALUE...: one more relation, in its own colour")
+        ->expected(1, -1);
+    addWindowOptions(plotCommand, plot.window);
+    plotCommand->add_option("-o,--output", plot.output, "FILE: where to write; the terminal when absent");
+    plotCommand->add_option("--format", plot.format, "png|svg|json|csv|text; else from the file's extension");
+    plotCommand->add_option("--scale", plot.scale, "S: each pixel drawn S x S in PNG and SVG, 1 to 64")
+        ->default_str("4");
+    plotCommand->add_flag("--no-axes", plot.noAxes, "leave out the axes and the grid");
+    plotCommand->footer(kindsHelp());
+
+    TableOptions table;
+    CLI::App *tableCommand = app.add_subcommand("table", "Tabulate a relation's y values at a list of x values");
+    tableCommand->add_option("relation", table.relation, "KIND NAME=VALUE...: the relation, as for plot")->required();
+    tableCommand->add_option("--x", table.xs, "X1,X2,...: the x values");
+    tableCommand->add_option("--from", table.from, "A: the first x of a range");
+    tableCommand->add_option("--to", table.to, "B: the last x of a range");
+    tableCommand->add_option("--step", table.step, "S: the range's step, above 0");
+    tableCommand->add_option("-o,--output", table.output, "FILE: where to write; the terminal when absent");
+    tableCommand->add_option("--format", table.format, "text|csv|json; else from the file's extension");
+    tableCommand->footer("A missing y is blank in text and CSV and null in JSON. Kinds as for plot.");
+
+    SketchOptions toPixels, fromPixels;
+    CLI::App *sketchCommand = app.add_subcommand("sketch", "Turn a sketch into pixels or pixels into a sketch");
+    sketchCommand->require_subcommand(1);
+    CLI::App *toPixelsCommand =
+        sketchCommand->add_subcommand("to-pixels", "The pixel of every sketch point (FILE: x,y points)");
+    CLI::App *fromPixelsCommand = sketchCommand->add_subcommand(
+        "from-pixels", "A sketch through the centres of pixels (FILE: column,row points), with its marks");
+    for (auto command : {std::make_pair(toPixelsCommand, &toPixels), std::make_pair(fromPixelsCommand, &fromPixels)}) {
+        command.first->add_option("file", command.second->file, "FILE: a JSON or CSV list of points")->required();
+        addWindowOptions(command.first, command.second->window);
+        command.first->add_option("-o,--output", command.second->output, "FILE: where to write; the terminal when absent");
+        command.first->add_option("--format", command.second->format, "text|csv|json; else from the file's extension");
+    }
+
+    GalleryOptions gallery;
+    CLI::App *galleryCommand =
+        app.add_subcommand("gallery", "Draw every kind on the default window: PNGs, a contact sheet, index.html");
+    galleryCommand->add_option("-o,--output", gallery.folder, "DIR: the folder to write into")->default_str("gallery");
+
+    std::string command;
+    try {
+        try {
+            app.parse(argc, argv);
+        } catch (CLI::CallForHelp const &e) {
+            return app.exit(e);
+        } catch (CLI::CallForAllHelp const &e) {
+            return app.exit(e);
+        } catch (CLI::ParseError const &e) {
+            std::string message = e.what();
+            if (message == "relation is required")
+                message = "a relation is required: KIND NAME=VALUE..., kinds: " + kindNames();
+            return badInput(message, commandPath(app));
+        }
+        command = commandPath(app);
+        if (plotCommand->parsed()) runPlot(plot);
+        if (tableCommand->parsed()) runTable(table);
+        if (toPixelsCommand->parsed()) runSketchToPixels(toPixels);
+        if (fromPixelsCommand->parsed()) runSketchFromPixels(fromPixels);
+        if (galleryCommand->parsed()) runGallery(gallery);
+    } catch (UsageError const &e) {
+        return badInput(e.what(), command);
+    } catch (OutputError const &e) {
+        std::cerr << "evalg: " << e.what() << "\n";
+        return 1;
+    } catch (std::bad_alloc const &) {
+        std::cerr << "evalg: out of memory\n";
+        return 1;
+    } catch (std::exception const &e) {
+        std::cerr << "evalg: " << e.what() << "\n";
+        return 1;
+    }
+    return 0;
+}
