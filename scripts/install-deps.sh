@@ -2,7 +2,7 @@
 # Installs the Debian packages the build needs, only those that are missing.
 # Extra package names given as arguments are installed the same way.
 set -euo pipefail
-packages=(cmake g++ make libgtest-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev libpng-dev pkg-config "$@")
+packages=(cmake g++ make libgtest-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev libpng-dev libmpfi-dev pkg-config "$@")
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

@@ -11,6 +11,10 @@ class PixelPointC {
 public:
     static constexpr unsigned char FIRST_VISIBLE = 0x01;
     static constexpr unsigned char LAST_VISIBLE = 0x02;
+    // A pixel that an evaluator of typed expressions could neither exclude
+    // nor prove the curve meets (an overflow, an enclosure that would not
+    // tighten): drawn, but a display shows it in a lighter shade.
+    static constexpr unsigned char UNDECIDED = 0x04;
 };
 
 } // namespace ds
