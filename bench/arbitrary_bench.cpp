@@ -8,6 +8,7 @@
 #include "collab/math/algexpr/AlgebraicExpressionC.h"
 #include "collab/math/algexpr/CompiledExpressionC.h"
 #include "collab/rel/ArbitraryFunctionC.h"
+#include "bench/baseline/PreviousArbitraryEvalC.h"
 #include "evalg/ArbitraryFunctionFloat64EvalC.h"
 
 using namespace qelt;
@@ -58,13 +59,17 @@ void compiledOneByOne(benchmark::State &state) {
     state.SetLabel(expressions[state.range(0)]);
 }
 
-void graph(benchmark::State &state, char const *infix, double xMin, double xMax, bool pointSampling) {
+// Argument 0: proven pixels; 1: point sampling; 2: the drawing before proven
+// pixels (the yardstick for the proven drawing's cost).
+void graph(benchmark::State &state, char const *infix, double xMin, double xMax) {
     esb::CartesianRelationServiceC service(new rel::ArbitraryFunctionC(AlgebraicExpressionC::fromInfixString(infix)));
-    evalg::ArbitraryFunctionFloat64EvalC evaluator(pointSampling);
+    evalg::ArbitraryFunctionFloat64EvalC evaluator(state.range(0) == 1);
+    oss::PointerTC<evalg::PreviousArbitraryEvalC> previous(new evalg::PreviousArbitraryEvalC());
     oss::PointerTC<ds::GraphicalDomainC> domain(new ds::GraphicalDomainC(xMin, xMax, -5, 5, 1920, 1080));
     unsigned int points = 0;
     for (auto _ : state) {
-        oss::PointerTC<ds::GraphDataSetWinC> set = evaluator.evaluateGraph(service, domain);
+        oss::PointerTC<ds::GraphDataSetWinC> set =
+            state.range(0) == 2 ? previous->evaluateGraph(service, domain) : evaluator.evaluateGraph(service, domain);
         points = set->getCount();
         benchmark::DoNotOptimize(points);
     }
@@ -73,18 +78,17 @@ void graph(benchmark::State &state, char const *infix, double xMin, double xMax,
 
 double const pi = 3.14159265358979323846;
 
-void polynomialGraph(benchmark::State &state) { graph(state, "3x^3 - 2x^2 + x - 5", -3, 3, state.range(0)); }
-void tanGraph(benchmark::State &state) { graph(state, "tan(x)", -10 * pi, 10 * pi, state.range(0)); }
-void floorGraph(benchmark::State &state) { graph(state, "x floor(x)", -8, 8, state.range(0)); }
-void sinInverseGraph(benchmark::State &state) { graph(state, "x sin(1/x)", -1, 1, state.range(0)); }
+void polynomialGraph(benchmark::State &state) { graph(state, "3x^3 - 2x^2 + x - 5", -3, 3); }
+void tanGraph(benchmark::State &state) { graph(state, "tan(x)", -10 * pi, 10 * pi); }
+void floorGraph(benchmark::State &state) { graph(state, "x floor(x)", -8, 8); }
+void sinInverseGraph(benchmark::State &state) { graph(state, "x sin(1/x)", -1, 1); }
 
 } // namespace
 
 BENCHMARK(treeEvaluation)->DenseRange(0, 3);
 BENCHMARK(compiledEvaluation)->DenseRange(0, 3);
 BENCHMARK(compiledOneByOne)->DenseRange(0, 3);
-// Argument 0: enclosures; 1: point sampling.
-BENCHMARK(polynomialGraph)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
-BENCHMARK(tanGraph)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
-BENCHMARK(floorGraph)->Arg(0)->Unit(benchmark::kMicrosecond);
-BENCHMARK(sinInverseGraph)->Arg(0)->Unit(benchmark::kMicrosecond);
+BENCHMARK(polynomialGraph)->DenseRange(0, 2)->Unit(benchmark::kMicrosecond);
+BENCHMARK(tanGraph)->DenseRange(0, 2)->Unit(benchmark::kMicrosecond);
+BENCHMARK(floorGraph)->Arg(0)->Arg(2)->Unit(benchmark::kMicrosecond);
+BENCHMARK(sinInverseGraph)->Arg(0)->Arg(2)->Unit(benchmark::kMicrosecond);

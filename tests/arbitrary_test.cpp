@@ -166,16 +166,17 @@ TEST(ArbitraryGraph, BreaksExactlyWhereTheCurveBreaks) {
         {"1/x", standard, 2, -all, all},
         {"1/(x^2-1)", standard, 3, -all, all},
         {"floor(x)", {-3.2, 3.2, -5, 5, 65, 101}, 8, -all, all}, // values -4 to 3
-        // Steps 6..9, 2..4, 0..1 (no jump at 0), 1..2, 4..6, 9..9.75; the
-        // first step, 12..13, lies above the window.
-        {"x floor(x)", {-3.2, 3.2, -10, 10, 65, 101}, 6, -all, all},
+        // Steps 6..9, 2..4, 0..1, 1..2, 4..6, 9..9.75; the first step,
+        // 12..13, lies above the window. At 0 the product has no jump, but
+        // floor's does, and a join is made only where continuity is proven.
+        {"x floor(x)", {-3.2, 3.2, -10, 10, 65, 101}, 7, -all, all},
         {"50x^3 - x", standard, 1, -all, all}, // steep, never broken
         {"exp(x)", standard, 1, -all, all},
         {"sqrt(4-x^2)", standard, 1, -2, 2},
         {"ln(x)", standard, 1, 0, all},
         {"sqrt(x-1) + asin(x/3)", standard, 1, 1, 3},
-        {"sin(x)/x", standard, 1, -all, all}, // its one-point hole is no gap on screen
-        {"sign(x)", standard, 2, -all, all},
+        {"sin(x)/x", standard, 2, -all, all}, // no join across its one-point hole
+        {"sign(x)", standard, 3, -all, all},  // and the isolated point (0, 0)
         {"x^2 + 6", standard, 0, -all, all}, // above the window
     };
     for (Case const &c : cases) {

@@ -1,0 +1,255 @@
+#include "MpfiReference.h"
+
+#include <mpfi.h>
+
+#include <cmath>
+#include <limits>
+
+#include "collab/math/algexpr/CoreFunctionNodeC.h"
+#include "collab/math/algexpr/FloatNodeC.h"
+#include "collab/math/algexpr/OperatorNodeC.h"
+#include "collab/math/algexpr/VariableNodeC.h"
+
+namespace evalgtest {
+
+using qelt::math::algexpr::CoreFunctionNodeC;
+using qelt::math::algexpr::FloatNodeC;
+using qelt::math::algexpr::NodeABC;
+using qelt::math::algexpr::OperatorNodeC;
+using qelt::math::algexpr::VariableNodeC;
+using Defined = MpfiReference::Defined;
+
+namespace {
+
+mpfr_prec_t const precision = 128;
+
+// An MPFI interval that clears itself.
+struct Interval {
+    mpfi_t v;
+    Interval() { mpfi_init2(v, precision); }
+    ~Interval() { mpfi_clear(v); }
+    Interval(Interval const &) = delete;
+    Interval &operator=(Interval const &) = delete;
+};
+
+Defined worst(Defined a, Defined b) {
+    if (a == Defined::NOWHERE || b == Defined::NOWHERE) return Defined::NOWHERE;
+    if (a == Defined::SOMEWHERE || b == Defined::SOMEWHERE) return Defined::SOMEWHERE;
+    return Defined::EVERYWHERE;
+}
+
+void setWhole(mpfi_t out) {
+    double inf = std::numeric_limits<double>::infinity();
+    mpfi_interv_d(out, -inf, inf);
+}
+
+double left(mpfi_t const v) { return mpfr_get_d(&v->left, MPFR_RNDD); }
+double right(mpfi_t const v) { return mpfr_get_d(&v->right, MPFR_RNDU); }
+
+// Keeps the part of v inside [lo, hi]; false when nothing is left.
+bool clip(mpfi_t v, double lo, double hi, bool &cut) {
+    cut = left(v) < lo || right(v) > hi;
+    if (right(v) < lo || left(v) > hi) return false;
+    Interval domain;
+    mpfi_interv_d(domain.v, lo, hi);
+    mpfi_intersect(v, v, domain.v);
+    return true;
+}
+
+// |v|^n or v^n for a whole n >= 1, from the end points (the power is
+// monotonic on each sign's side).
+void wholePower(mpfi_t out, mpfi_t v, long n) {
+    Interval base;
+    if (n % 2 == 0)
+        mpfi_abs(base.v, v);
+    else
+        mpfi_set(base.v, v);
+    mpfr_t lo, hi;
+    mpfr_init2(lo, precision);
+    mpfr_init2(hi, precision);
+    mpfr_pow_ui(lo, &base.v->left, static_cast<unsigned long>(n), MPFR_RNDD);
+    mpfr_pow_ui(hi, &base.v->right, static_cast<unsigned long>(n), MPFR_RNDU);
+    mpfi_interv_fr(out, lo, hi);
+    mpfr_clear(lo);
+    mpfr_clear(hi);
+}
+
+Defined evaluate(NodeABC const &node, mpfi_t x, mpfi_t out);
+
+Defined divide(mpfi_t out, mpfi_t a, mpfi_t b) {
+    if (mpfi_has_zero(b)) {
+        if (mpfi_is_zero(b)) return Defined::NOWHERE;
+        setWhole(out);
+        return Defined::SOMEWHERE;
+    }
+    mpfi_div(out, a, b);
+    return Defined::EVERYWHERE;
+}
+
+Defined power(NodeABC const &exponentNode, mpfi_t base, mpfi_t out) {
+    FloatNodeC const *constant = exponentNode.as<FloatNodeC>();
+    if (!constant) {
+        setWhole(out);
+        return Defined::SOMEWHERE;
+    }
+    double e = constant->getValue()->toDouble();
+    if (std::fabs(e) <= 64 && std::floor(e) == e) {
+        long n = static_cast<long>(e);
+        if (n == 0) {
+            mpfi_set_d(out, 1.0);
+            return Defined::EVERYWHERE;
+        }
+        Interval p;
+        wholePower(p.v, base, n < 0 ? -n : n);
+        if (n > 0) {
+            mpfi_set(out, p.v);
+            return Defined::EVERYWHERE;
+        }
+        Interval one;
+        mpfi_set_d(one.v, 1.0);
+        return divide(out, one.v, p.v);
+    }
+    // Any other exponent: the positive bases only (exp(e ln x)), and 0.
+    bool cut = false;
+    if (!std::isfinite(e) || !clip(base, 0, std::numeric_limits<double>::infinity(), cut)) return Defined::NOWHERE;
+    if (e < 0 && mpfi_has_zero(base)) {
+        setWhole(out);
+        return Defined::SOMEWHERE;
+    }
+    Interval logs;
+    mpfi_log(logs.v, base);
+    mpfi_mul_d(logs.v, logs.v, e);
+    mpfi_exp(out, logs.v);
+    if (mpfi_has_zero(base)) mpfi_put_d(out, 0.0);
+    return cut ? Defined::SOMEWHERE : Defined::EVERYWHERE;
+}
+
+Defined function(int code, mpfi_t v, mpfi_t out) {
+    double const inf = std::numeric_limits<double>::infinity();
+    bool cut = false;
+    switch (code) {
+    case CoreFunctionNodeC::SIN: mpfi_sin(out, v); return Defined::EVERYWHERE;
+    case CoreFunctionNodeC::COS: mpfi_cos(out, v); return Defined::EVERYWHERE;
+    case CoreFunctionNodeC::TAN:
+        mpfi_tan(out, v);
+        return mpfi_bounded_p(out) ? Defined::EVERYWHERE : Defined::SOMEWHERE;
+    case CoreFunctionNodeC::ATAN: mpfi_atan(out, v); return Defined::EVERYWHERE;
+    case CoreFunctionNodeC::SINH: mpfi_sinh(out, v); return Defined::EVERYWHERE;
+    case CoreFunctionNodeC::COSH: mpfi_cosh(out, v); return Defined::EVERYWHERE;
+    case CoreFunctionNodeC::TANH: mpfi_tanh(out, v); return Defined::EVERYWHERE;
+    case CoreFunctionNodeC::EXP: mpfi_exp(out, v); return Defined::EVERYWHERE;
+    case CoreFunctionNodeC::ABS: mpfi_abs(out, v); return Defined::EVERYWHERE;
+    case CoreFunctionNodeC::ASIN:
+    case CoreFunctionNodeC::ACOS:
+        if (!clip(v, -1, 1, cut)) return Defined::NOWHERE;
+        if (code == CoreFunctionNodeC::ASIN)
+            mpfi_asin(out, v);
+        else
+            mpfi_acos(out, v);
+        return cut ? Defined::SOMEWHERE : Defined::EVERYWHERE;
+    case CoreFunctionNodeC::SQRT:
+        if (!clip(v, 0, inf, cut)) return Defined::NOWHERE;
+        mpfi_sqrt(out, v);
+        return cut ? Defined::SOMEWHERE : Defined::EVERYWHERE;
+    case CoreFunctionNodeC::LN:
+    case CoreFunctionNodeC::LOG10: {
+        if (right(v) <= 0) return Defined::NOWHERE;
+        bool touches = left(v) <= 0;
+        if (touches) mpfr_set_d(&v->left, 0x1p-1074, MPFR_RNDD);
+        if (code == CoreFunctionNodeC::LN)
+            mpfi_log(out, v);
+        else
+            mpfi_log10(out, v);
+        if (touches) mpfr_set_inf(&out->left, -1);
+        return touches ? Defined::SOMEWHERE : Defined::EVERYWHERE;
+    }
+    case CoreFunctionNodeC::FLOOR:
+    case CoreFunctionNodeC::CEIL: {
+        mpfr_t lo, hi;
+        mpfr_init2(lo, precision);
+        mpfr_init2(hi, precision);
+        if (code == CoreFunctionNodeC::FLOOR) {
+            mpfr_floor(lo, &v->left);
+            mpfr_floor(hi, &v->right);
+        } else {
+            mpfr_ceil(lo, &v->left);
+            mpfr_ceil(hi, &v->right);
+        }
+        mpfi_interv_fr(out, lo, hi);
+        mpfr_clear(lo);
+        mpfr_clear(hi);
+        return Defined::EVERYWHERE;
+    }
+    case CoreFunctionNodeC::SIGN: {
+        double lo = mpfr_sgn(&v->left) > 0 ? 1.0 : (mpfr_sgn(&v->left) < 0 ? -1.0 : 0.0);
+        double hi = mpfr_sgn(&v->right) > 0 ? 1.0 : (mpfr_sgn(&v->right) < 0 ? -1.0 : 0.0);
+        mpfi_interv_d(out, lo, hi);
+        return Defined::EVERYWHERE;
+    }
+    }
+    setWhole(out);
+    return Defined::SOMEWHERE;
+}
+
+Defined evaluate(NodeABC const &node, mpfi_t x, mpfi_t out) {
+    if (FloatNodeC const *f = node.as<FloatNodeC>()) {
+        double v = f->getValue()->toDouble();
+        if (std::isnan(v)) return Defined::NOWHERE;
+        mpfi_set_d(out, v);
+        return Defined::EVERYWHERE;
+    }
+    if (node.as<VariableNodeC>()) {
+        mpfi_set(out, x);
+        return Defined::EVERYWHERE;
+    }
+    if (OperatorNodeC const *op = node.as<OperatorNodeC>()) {
+        Interval a;
+        Defined da = evaluate(*op->child(0), x, a.v);
+        if (da == Defined::NOWHERE) return da;
+        if (op->getOperator() == OperatorNodeC::NEGATE) {
+            mpfi_neg(out, a.v);
+            return da;
+        }
+        if (op->getOperator() == OperatorNodeC::POWER) return worst(da, power(*op->child(1), a.v, out));
+        Interval b;
+        Defined db = evaluate(*op->child(1), x, b.v);
+        if (db == Defined::NOWHERE) return db;
+        Defined d = worst(da, db);
+        switch (op->getOperator()) {
+        case OperatorNodeC::ADD: mpfi_add(out, a.v, b.v); return d;
+        case OperatorNodeC::SUBTRACT: mpfi_sub(out, a.v, b.v); return d;
+        case OperatorNodeC::MULTIPLY: mpfi_mul(out, a.v, b.v); return d;
+        case OperatorNodeC::DIVIDE: return worst(d, divide(out, a.v, b.v));
+        default: break;
+        }
+        setWhole(out);
+        return Defined::SOMEWHERE;
+    }
+    if (CoreFunctionNodeC const *fn = node.as<CoreFunctionNodeC>()) {
+        Interval a;
+        Defined da = evaluate(*fn->child(0), x, a.v);
+        if (da == Defined::NOWHERE) return da;
+        return worst(da, function(fn->getCode(), a.v, out));
+    }
+    setWhole(out);
+    return Defined::SOMEWHERE;
+}
+
+} // namespace
+
+Defined MpfiReference::enclose(double a, double b, double &lo, double &hi) const {
+    Interval x, y;
+    mpfi_interv_d(x.v, a, b);
+    Defined d = root_ ? evaluate(*root_, x.v, y.v) : Defined::NOWHERE;
+    if (d == Defined::NOWHERE) return d;
+    if (mpfi_nan_p(y.v)) {
+        lo = -std::numeric_limits<double>::infinity();
+        hi = std::numeric_limits<double>::infinity();
+        return Defined::SOMEWHERE;
+    }
+    lo = left(y.v);
+    hi = right(y.v);
+    return d;
+}
+
+} // namespace evalgtest
