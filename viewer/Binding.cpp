@@ -79,8 +79,9 @@ EXPORTED int evalg_draw(int slot, double xMin, double xMax, double yMin, double 
     try {
         s->graph = s->relation.evaluate(domain);
     } catch (std::exception const &e) {
+        // A kind that reads a file reads it when drawn.
         message = e.what();
-        return 0;
+        return -1;
     }
     if (!s->graph) return 0;
     unsigned int count = 0;

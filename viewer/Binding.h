@@ -15,7 +15,8 @@ void evalg_clear(int slot);
 char const *evalg_message();
 
 // Draws the slot's relation on the window; the number of points, 0 for an
-// empty slot or an invalid window.
+// empty slot or an invalid window, -1 when it cannot be drawn, with the
+// reason in evalg_message().
 int evalg_draw(int slot, double xMin, double xMax, double yMin, double yMax, int columns, int rows);
 // The last drawing's points, [column, row] pairs, and one marker byte each.
 std::int32_t const *evalg_points(int slot);

@@ -23,7 +23,8 @@
   const ctx = canvas.getContext('2d');
   const traceDot = document.createElement('div');
   traceDot.id = 'trace-dot';
-  traceDot.style.cssText = 'position:absolute;border:2px solid #000;pointer-events:none;display:none;box-sizing:border-box';
+  traceDot.style.cssText = 'position:absolute;border:2px solid #000;box-shadow:0 0 0 2px #fff;border-radius:50%;' +
+    'pointer-events:none;display:none;box-sizing:border-box';
   canvasBox.appendChild(traceDot);
 
   let M = null, api = null;
@@ -127,6 +128,7 @@
       r.count = 0;
       if (!r.ok || !r.on) return;
       r.count = api.draw(r.slot, w.xMin, w.xMax, w.yMin, w.yMax, C, R);
+      if (r.count < 0) { r.count = 0; r.message.textContent = api.message(); }
       if (r.count <= 0) return;
       total += r.count;
       drawPoints(int32View(api.points(r.slot), 2 * r.count), uint8View(api.markers(r.slot), r.count), r.count,
@@ -213,14 +215,21 @@
   }
 
   // ---- the window --------------------------------------------------------
-  // A window the library takes: finite, ordered, and wide enough that its
-  // pixel centres are distinct doubles.
-  function usable(w) {
+  // A canvas the browser can hold: Chromium refuses sides above 32767 and
+  // areas of a few hundred million pixels; 16384 a side and 32 million
+  // pixels leave room for every screen.
+  const MAX_SIDE = 16384, MAX_AREA = 32 * 1024 * 1024;
+  const fits = (w, scale) => w.columns * scale <= MAX_SIDE && w.rows * scale <= MAX_SIDE &&
+    w.columns * w.rows * scale * scale <= MAX_AREA;
+
+  // A window the library takes, at a size the canvas can show: finite,
+  // ordered, and wide enough that its pixel centres are distinct doubles.
+  function usable(w, scale = state.scale) {
     const ok = (lo, hi, n) => Number.isFinite(lo) && Number.isFinite(hi) && lo < hi && Number.isFinite(hi - lo) &&
       (hi - lo) / n > 4 * Number.EPSILON * Math.max(Math.abs(lo), Math.abs(hi), Number.MIN_VALUE);
     return ok(w.xMin, w.xMax, w.columns) && ok(w.yMin, w.yMax, w.rows) &&
       Number.isInteger(w.columns) && Number.isInteger(w.rows) &&
-      w.columns >= 1 && w.rows >= 1 && w.columns <= 32767 && w.rows <= 32767;
+      w.columns >= 1 && w.rows >= 1 && w.columns <= 32767 && w.rows <= 32767 && fits(w, scale);
   }
 
   function setWindow(w) {
@@ -247,7 +256,8 @@
       columns: size ? +size[1] : NaN, rows: size ? +size[2] : NaN };
     const message = $('window-message');
     if (!setWindow(w))
-      message.textContent = 'the window needs numbers with xmin < xmax and ymin < ymax, and pixels MxN from 1x1 to 32767x32767';
+      message.textContent = 'the window needs numbers with xmin < xmax and ymin < ymax, and pixels MxN from 1x1 ' +
+        `to at most ${MAX_SIDE} screen pixels a side (pixels times scale)`;
     else
       message.textContent = '';
   }
@@ -369,10 +379,9 @@
       const n = api.valuesAt(best.r.slot, x);
       const ys = n > 0 ? [...float64View(api.numbers(), n)].map(fmt).join(', ') : 'none';
       text += `   nearest: ${best.r.text} at pixel (${best.c}, ${best.row}), x = ${fmt(x)}, y = ${fmt(mathY(w, best.row))}; y values at x: ${ys}`;
-      const S = state.scale, size = Math.max(S + 4, 7);
+      const S = state.scale, size = Math.max(3 * S, 11);
       Object.assign(traceDot.style, { display: 'block', width: `${size}px`, height: `${size}px`,
-        left: `${best.c * S + S / 2 - size / 2}px`, top: `${best.row * S + S / 2 - size / 2}px`,
-        borderColor: `rgb(${PALETTE[FIRST_CURVE + best.r.colour].join(',')})` });
+        left: `${best.c * S + S / 2 - size / 2}px`, top: `${best.row * S + S / 2 - size / 2}px` });
     } else {
       traceDot.style.display = 'none';
     }
@@ -459,7 +468,7 @@
       }
     }
     state.scale = scale;
-    if (!usable(w)) {
+    if (!usable(w, scale)) {
       message = message || 'the link\'s window is not one the library can draw; showing the default window';
       Object.assign(w, DEFAULT_WINDOW);
     }
@@ -495,7 +504,11 @@
     history.replaceState(null, '', address());
   });
   for (const id of ['xmin', 'xmax', 'ymin', 'ymax', 'size']) $(id).addEventListener('change', windowFromForm);
-  $('scale').addEventListener('change', () => { state.scale = Number($('scale').value); requestRedraw(); });
+  $('scale').addEventListener('change', () => {
+    const scale = Number($('scale').value);
+    if (usable(state.win, scale)) state.scale = scale;
+    requestRedraw();
+  });
   for (const id of ['table-from', 'table-step']) $(id).addEventListener('input', fillTable);
   window.addEventListener('hashchange', () => { if (location.hash !== address()) readAddress(); });
   window.addEventListener('keydown', (e) => { if (e.key === 'Escape') setZoomBox(false); });

@@ -240,8 +240,6 @@ test('typing, dragging, wheel zoom, zoom box and reset redraw exactly the tool\'
   await assertSameAsTool(page, 'after a drag');
 
   // The zoom box: a rectangle dragged over the canvas becomes the window.
-  // (Before the wheel: headless Chromium sends the mouse presses after a
-  // synthetic wheel event to the wrong element.)
   await page.click('#zoombox');
   const before = (await viewState(page)).win;
   const corner = (u, v) => [rect.x + (u + 0.5) * 4, rect.y + (v + 0.5) * 4];
@@ -283,6 +281,25 @@ test('typing, dragging, wheel zoom, zoom box and reset redraw exactly the tool\'
   await page.close();
 });
 
+test('two fingers spreading apart zoom about their midpoint', async () => {
+  const page = await openPage(link(['circle r=2', 'sin a=2'], DEFAULT, 4));
+  await page.setViewport({ width: 1400, height: 1000, hasTouch: true });
+  const rect = await (await page.$('#graph')).boundingBox();
+  const cdp = await page.createCDPSession();
+  const at = (u, v) => ({ x: rect.x + (u + 0.5) * 4, y: rect.y + (v + 0.5) * 4 });
+  const touch = (type, points) => cdp.send('Input.dispatchTouchEvent',
+    { type, touchPoints: points.map((p, id) => Object.assign({ id }, p)) });
+  // From 40 to 80 pixels apart about pixel (90, 40), the point (1, 1).
+  await touch('touchStart', [at(70, 40), at(110, 40)]);
+  for (let k = 1; k <= 5; ++k) await touch('touchMove', [at(70 - 4 * k, 40), at(110 + 4 * k, 40)]);
+  await touch('touchEnd', []);
+  const w = (await viewState(page)).win;
+  const near = (a, b) => Math.abs(a - b) < 1e-12;
+  assert.ok(near(w.xMin, 1 - 4.5) && near(w.xMax, 1 + 3.5) && near(w.yMin, 1 - 3) && near(w.yMax, 1 + 2), JSON.stringify(w));
+  await assertSameAsTool(page, 'after a pinch');
+  await page.close();
+});
+
 test('an invalid relation shows the parser\'s message beside its box and the others still draw', async () => {
   const cases = [
     ['circle r=abc', /circle r/],
@@ -291,6 +308,8 @@ test('an invalid relation shows the parser\'s message beside its box and the oth
     ['power r=1.5', /power r/],
     ['wiggle a=1', /'wiggle' is not a kind/],
     ["expr f='x+1", /unmatched/],
+    // Read without complaint, but the page has no files to draw it from.
+    ['sketch file=points.json', /points file 'points.json': cannot read it/],
   ];
   const page = await openPage(link(['line m=1'], DEFAULT, 4));
   await page.click('#add');
@@ -299,6 +318,8 @@ test('an invalid relation shows the parser\'s message beside its box and the oth
     await boxes[1].click({ clickCount: 3 });
     await page.keyboard.press('Backspace');
     await boxes[1].type(text);
+    await page.waitForFunction(() => document.querySelectorAll('#relations .message')[1].textContent !== '',
+      { timeout: 2000 }).catch(() => {});
     const shown = await page.evaluate(() => document.querySelectorAll('#relations .message')[1].textContent);
     assert.match(shown, message, `'${text}' shows '${shown}'`);
     const cells = await canvasCells(page);
@@ -342,11 +363,15 @@ test('a shared link restores the relations and the window exactly', async () => 
 
 test('trace names the nearest drawn pixel and the table shows the relation\'s values', async () => {
   const page = await openPage(link(['quadratic a=1 h=1 k=-2', 'circle r=2'], DEFAULT, 4));
+  // Narrow enough that the long trace line could push the graph onto a line
+  // of its own, from under the pointer; it must not.
+  await page.setViewport({ width: 1040, height: 800 });
   const rect = await (await page.$('#graph')).boundingBox();
   // Over (x, y) = (3, 2): the quadratic's pixel at column 110 is the nearest.
   await page.mouse.move(rect.x + (110 + 0.5) * 4, rect.y + (30 + 0.5) * 4 + 2);
   const trace = await page.$eval('#trace', (e) => e.textContent);
   assert.match(trace, /nearest: quadratic a=1 h=1 k=-2 at pixel \(110, \d+\), x = 3, y = [\d.]+; y values at x: 2$/);
+  assert.deepEqual(await (await page.$('#graph')).boundingBox(), rect);
 
   await page.click('#table-toggle');
   const rows = await page.$$eval('#table tr', (trs) => trs.map((tr) => [...tr.cells].map((c) => c.textContent)));
