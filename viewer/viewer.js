@@ -15,6 +15,10 @@
     [31, 119, 180], [214, 39, 40], [44, 160, 44], [255, 127, 14],
     [148, 103, 189], [23, 170, 190], [140, 86, 75], [227, 80, 180]];
   const CURVE_COLOURS = PALETTE.length - FIRST_CURVE;
+  // The palette as the canvas's 32-bit pixels, in the machine's byte order.
+  const LITTLE_ENDIAN = new Uint8Array(new Uint32Array([1]).buffer)[0] === 1;
+  const PACKED = Uint32Array.from(PALETTE, ([r, g, b]) => LITTLE_ENDIAN ? ((255 << 24) | (b << 16) | (g << 8) | r) >>> 0
+    : ((r << 24) | (g << 16) | (b << 8) | 255) >>> 0);
   const MAX_SLOTS = 64;
   const TABLE_ROWS = 21;
 
@@ -140,17 +144,15 @@
       image = ctx.createImageData(C * S, R * S);
     }
     const out = new Uint32Array(image.data.buffer);
-    const little = new Uint8Array(new Uint32Array([1]).buffer)[0] === 1;
-    const packed = PALETTE.map(([r, g, b]) => little ? ((255 << 24) | (b << 16) | (g << 8) | r) >>> 0
-      : ((r << 24) | (g << 16) | (b << 8) | 255) >>> 0);
     const width = C * S;
-    for (let y = 0; y < R; ++y) {
-      const rowStart = y * S * width;
-      for (let x = 0; x < C; ++x) {
-        const v = packed[cells[y * C + x]];
-        for (let i = 0, o = rowStart + x * S; i < S; ++i) out[o + i] = v;
+    if (S === 1) {
+      for (let i = 0; i < C * R; ++i) out[i] = PACKED[cells[i]];
+    } else {
+      for (let y = 0; y < R; ++y) {
+        const rowStart = y * S * width;
+        for (let x = 0, o = rowStart; x < C; ++x, o += S) out.fill(PACKED[cells[y * C + x]], o, o + S);
+        for (let j = 1; j < S; ++j) out.copyWithin(rowStart + j * width, rowStart, rowStart + width);
       }
-      for (let j = 1; j < S; ++j) out.copyWithin(rowStart + j * width, rowStart, rowStart + width);
     }
     ctx.putImageData(image, 0, 0);
     lastRedrawMs = performance.now() - t0;
@@ -176,8 +178,10 @@
 
   function addRelation(text, on) {
     const used = new Set(state.relations.map((r) => r.colour));
+    // The first colour not in use; past the last, they repeat in order.
     let colour = 0;
-    while (used.has(colour) && colour < CURVE_COLOURS - 1) ++colour;
+    while (used.has(colour) && colour < CURVE_COLOURS) ++colour;
+    if (colour === CURVE_COLOURS) colour = state.relations.length % CURVE_COLOURS;
     const r = { text, on: on !== false, slot: freeSlot(), ok: false, colour, count: 0 };
     const row = document.createElement('div');
     row.className = 'relation';

@@ -164,6 +164,11 @@ test('every kind on the default window is drawn with exactly the tool\'s pixels'
     assert.deepEqual(page.errors, []);
     await page.close();
   }
+  // All at once on a full-HD window, one screen pixel each: colours repeat
+  // after the eighth relation, in the tool's order.
+  const page = await openPage(link(EVERY_KIND, Object.assign({}, DEFAULT, { columns: 1920, rows: 1080 }), 1));
+  await assertSameAsTool(page, 'every kind at 1920x1080');
+  await page.close();
 });
 
 // A small seeded generator, so a failure names a case that can be rerun.
