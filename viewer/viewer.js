@@ -150,7 +150,10 @@
     } else {
       for (let y = 0; y < R; ++y) {
         const rowStart = y * S * width;
-        for (let x = 0, o = rowStart; x < C; ++x, o += S) out.fill(PACKED[cells[y * C + x]], o, o + S);
+        for (let x = 0, o = rowStart; x < C; ++x, o += S) {
+          const v = PACKED[cells[y * C + x]];
+          for (let i = 0; i < S; ++i) out[o + i] = v;
+        }
         for (let j = 1; j < S; ++j) out.copyWithin(rowStart + j * width, rowStart, rowStart + width);
       }
     }
