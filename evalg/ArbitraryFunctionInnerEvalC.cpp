@@ -270,18 +270,25 @@ void ArbitraryFunctionInnerEvalC::breakLeaf(WalkS &walk, PieceS const &piece) {
 }
 
 void ArbitraryFunctionInnerEvalC::undecidedLeaf(WalkS &walk, PieceS const &piece, int claimedLo, int claimedHi) {
-    // A stretch of its own, from the left end's row when it has one; the
-    // right end is left to the piece after it.
-    startStretch(walk);
     SampleS const &a = piece.a;
     bool visible = a.defined && a.rowHi >= 0 && a.rowLo < int(pixelRows);
     int enter = visible ? clampRow(rowOfSample(a)) : claimedLo;
     int exit = piece.b.defined ? clampRow(rowOfSample(piece.b)) : claimedHi;
-    bool proven = visible && a.rowKnown();
-    addToPath(walk, enter, exit, minInt(claimedLo, enter), maxInt(claimedHi, enter), proven ? enter : NO_ROW_LO,
-              proven ? enter : NO_ROW_HI);
-    endStretch(walk);
-    walk.coveredX = a.x;
+    if (walk.open && walk.loose && walk.looseEnd == a.x) {
+        // Undecided pieces side by side (what a spent budget leaves) make one
+        // run of the column: its pixels are the same.
+        addToPath(walk, enter, exit, claimedLo, claimedHi, NO_ROW_LO, NO_ROW_HI);
+    } else {
+        // A stretch of its own, from the left end's row when it has one; the
+        // right end is left to the piece after it.
+        startStretch(walk);
+        bool proven = visible && a.rowKnown();
+        addToPath(walk, enter, exit, minInt(claimedLo, enter), maxInt(claimedHi, enter),
+                  proven ? enter : NO_ROW_LO, proven ? enter : NO_ROW_HI);
+        walk.loose = true;
+        walk.coveredX = a.x;
+    }
+    walk.looseEnd = piece.b.x;
 }
 
 // A sliver beside a domain edge, with no jump inside: the defined part is
@@ -468,6 +475,7 @@ void ArbitraryFunctionInnerEvalC::startStretch(WalkS &walk) {
     endStretch(walk);
     flushEdge(walk);
     walk.open = true;
+    walk.loose = false;
     walk.fresh = true;
 }
 
@@ -479,6 +487,7 @@ void ArbitraryFunctionInnerEvalC::endStretch(WalkS &walk) {
     }
     walk.open = false;
     walk.continuing = false;
+    walk.loose = false;
 }
 
 void ArbitraryFunctionInnerEvalC::addToPath(WalkS &walk, int enter, int exit, int claimedLo, int claimedHi,

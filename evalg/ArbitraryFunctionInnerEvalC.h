@@ -125,6 +125,9 @@ private:
         bool fresh;
         // The open stretch reached coveredX through a continuous piece.
         bool continuing;
+        // The open stretch is a run of undecided pieces ending at looseEnd.
+        bool loose;
+        double looseEnd;
         // The x of the last sample that is part of what was drawn.
         double coveredX;
         SampleS last;
