@@ -57,7 +57,7 @@ class ArbitraryFunctionInnerEvalC final : public CartesianRelationGraphEvalHelpe
 public:
     static unsigned int const BREAK_DEPTH = 40;
     static unsigned int const TIGHT_DEPTH = 48;
-    static int const EVALUATION_BUDGET = 8192;
+    static int const EVALUATION_BUDGET = 4096;
 
     ArbitraryFunctionInnerEvalC();
     ArbitraryFunctionInnerEvalC(ArbitraryFunctionInnerEvalC const &other);
