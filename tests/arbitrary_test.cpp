@@ -18,6 +18,7 @@
 #include "support/RandomExpression.h"
 #include "support/TestSupport.h"
 
+using evalgtest::Grid;
 using evalgtest::Pt;
 using evalgtest::Window;
 using qelt::math::algexpr::AlgebraicExpressionC;
@@ -45,14 +46,6 @@ Expr parse(char const *infix) {
     EXPECT_TRUE(e) << infix << ": " << error;
     return e;
 }
-
-// The window's grid as the evaluators compute it.
-struct Grid {
-    double xStep, yStep, leftEdge, bottomEdge;
-    explicit Grid(Window const &w)
-        : xStep((w.xMax - w.xMin) / double(w.m - 1)), yStep((w.yMax - w.yMin) / double(w.n - 1)),
-          leftEdge(w.xMin - xStep * 0.5), bottomEdge(w.yMin - yStep * 0.5) {}
-};
 
 // Every stretch opens with FIRST_VISIBLE and closes with LAST_VISIBLE, and the
 // points run left to right.

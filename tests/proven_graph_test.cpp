@@ -20,6 +20,7 @@
 #include "support/TestSupport.h"
 
 using evalgtest::MpfiReference;
+using evalgtest::Grid;
 using evalgtest::Pt;
 using evalgtest::Window;
 using qelt::math::algexpr::AlgebraicExpressionC;
@@ -30,18 +31,6 @@ using qelt::oss::PointerTC;
 using Expr = PointerTC<AlgebraicExpressionC>;
 
 namespace {
-
-// The pixel grid as the evaluator derives it from the window.
-struct Grid {
-    Window w;
-    double xStep, yStep, leftEdge, bottomEdge;
-    explicit Grid(Window const &win)
-        : w(win), xStep((w.xMax - w.xMin) / double(w.m - 1)), yStep((w.yMax - w.yMin) / double(w.n - 1)),
-          leftEdge(w.xMin - xStep * 0.5), bottomEdge(w.yMin - yStep * 0.5) {}
-    double columnEdge(int c) const { return leftEdge + xStep * double(c); }
-    // Row r (from the bottom) spans [rowEdge(r), rowEdge(r + 1)].
-    double rowEdge(int r) const { return bottomEdge + yStep * double(r); }
-};
 
 // Drawn pixels (column, screen row) and whether each is undecided: a point's
 // own marker, and the rows between two joined points of one column, which

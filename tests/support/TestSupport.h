@@ -28,6 +28,17 @@ struct Window {
 // The handheld's default screen: 161x101 over [-8, 8] x [-5, 5].
 inline Window defaultWindow() { return Window{-8, 8, -5, 5, 161, 101}; }
 
+// A window's pixel grid as the evaluators derive it: column c spans
+// [columnEdge(c), columnEdge(c + 1)], row r (from the bottom) likewise.
+struct Grid {
+    double xStep, yStep, leftEdge, bottomEdge;
+    explicit Grid(Window const &w)
+        : xStep((w.xMax - w.xMin) / double(w.m - 1)), yStep((w.yMax - w.yMin) / double(w.n - 1)),
+          leftEdge(w.xMin - xStep * 0.5), bottomEdge(w.yMin - yStep * 0.5) {}
+    double columnEdge(int c) const { return leftEdge + xStep * double(c); }
+    double rowEdge(int r) const { return bottomEdge + yStep * double(r); }
+};
+
 PointerTC<GraphicalDomainC> makeDomain(Window const &w);
 
 // One pixel point with its marker byte.
