@@ -75,6 +75,10 @@ public:
 
     NodeABC *getNode() const { return root_.get(); }
 
+    // The variables the expression uses: bit 1 << VariableNodeC::IndexE for
+    // each (1 for x alone, 2 for y alone, 3 for x and y).
+    unsigned int getVariables() const;
+
     // The value at x by walking the tree (NaN when there is no tree).
     double evaluateAt(double x) const;
     std::u16string toPrefixString() const;
