@@ -452,6 +452,18 @@ void sinCosAt(double x, IntervalC &s, IntervalC &c) {
     c = cosByQuadrant[quadrant];
 }
 
+// tan at one double: tan r in even quadrants, -1/tan r in odd ones. An
+// error d in r moves tan r by at most d (1 + tan^2 r), taken with room.
+IntervalC tanAt(double x) {
+    int quadrant;
+    double r;
+    TrigReductionC::reduce(x, quadrant, r);
+    double t = std::tan(r);
+    double e = r == x ? 0 : std::fabs(r) * 0x1p-51 * (1 + t * t) * 1.01;
+    IntervalC tr = r == 0 ? IntervalC(0, 0) : IntervalC(downBy(t, e), upBy(t, e));
+    return quadrant % 2 == 0 ? tr : IntervalC::div(IntervalC(-1, -1), tr);
+}
+
 // Where an interval lies in quarter periods: it starts at phase start (in
 // [0, 4), x * 2/pi modulo 4) and spans span quarter periods; wide is set
 // when it may cover a whole period.
@@ -532,7 +544,7 @@ IntervalC IntervalC::tan(IntervalC const &a) {
         return r;
     }
     // No pole inside: tan rises across the whole interval.
-    return withFlags(IntervalC(div(s1, c1).lo, div(s2, c2).hi), a);
+    return withFlags(IntervalC(tanAt(a.lo).lo, tanAt(a.hi).hi), a);
 }
 
 IntervalC IntervalC::asin(IntervalC const &a) {
@@ -769,21 +781,29 @@ IntervalC IntervalC::cbrt(IntervalC const &a) {
 
 IntervalC IntervalC::root(IntervalC const &n, IntervalC const &x) {
     if (n.empty || x.empty) return emptyFrom(n, x);
-    IntervalC e = div(point(1.0), n);
-    bool odd = n.isPoint() && isWhole(n.lo) && std::fmod(n.lo, 2.0) != 0;
-    if (!odd || x.lo >= 0) {
-        IntervalC base = x;
-        if (x.hi < 0) return emptyFrom(n, x);
-        if (x.lo < 0) base.lo = 0;
-        IntervalC r = withFlags(pow(base, e), n);
-        if (x.lo < 0) r.partial = true;
+    if (holdsZero(n) || unbounded(n)) {
+        // The 0th root is x^infinity: 0, 1, infinity or none.
+        IntervalC r = withFlags(whole(), n, x);
+        r.partial = r.mayJump = true;
         return r;
     }
-    // An odd root is odd in x: the negative part mirrored.
-    IntervalC negative = neg(pow(neg(IntervalC(x.lo, x.hi < 0 ? x.hi : 0.0)), e));
-    if (x.hi <= 0) return withFlags(negative, x);
-    IntervalC positive = pow(IntervalC(0, x.hi), e);
-    return withFlags(hull(negative, positive), x);
+    IntervalC e = div(point(1.0), n);
+    IntervalC r = none();
+    if (x.hi >= 0) r = pow(IntervalC(x.lo < 0 ? 0.0 : x.lo, x.hi), e);
+    if (x.lo < 0) {
+        // Below 0 only odd roots have values, mirrored from above 0; a root
+        // of varying degree has them only at its odd whole degrees.
+        bool odd = n.isPoint() ? isWhole(n.lo) && std::fmod(n.lo, 2.0) != 0 : std::floor(n.hi) >= std::ceil(n.lo);
+        if (odd) {
+            IntervalC negative = neg(pow(neg(IntervalC(x.lo, x.hi < 0 ? x.hi : 0.0)), e));
+            r = hull(r, negative);
+            if (!n.isPoint()) r.partial = r.mayJump = true;
+        } else {
+            r.partial = true;
+        }
+    }
+    if (r.empty) return emptyFrom(n, x);
+    return withFlags(r, n, x);
 }
 
 IntervalC IntervalC::round(IntervalC const &a) {
