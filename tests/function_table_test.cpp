@@ -258,28 +258,27 @@ TEST(FunctionTable, TrigonometryIsTightAtHugeArguments) {
             EXPECT_LE(y.hi - y.lo, 24 * ulp) << f << " at " << v;
         }
     }
-    mpfr_clears(x, r, static_cast<mpfr_ptr>(nullptr));
-    // Narrow intervals around 1e22 know where tan's poles are: at the next
-    // multiple of pi/2 after 1e22 (found by MPFR at 200 bits) tan jumps.
+    // Narrow intervals near 1e15 (doubles 1/8 apart there) know where tan's
+    // poles are: at the next odd multiple of pi/2 (found by MPFR) tan jumps,
+    // and not one double step beside it.
     mpfr_t t;
-    mpfr_inits2(200, t, r, static_cast<mpfr_ptr>(nullptr));
-    mpfr_const_pi(r, MPFR_RNDN);
-    mpfr_div_ui(r, r, 2, MPFR_RNDN);
-    mpfr_set_d(t, 1e22, MPFR_RNDN);
-    mpfr_div(t, t, r, MPFR_RNDN);
-    mpfr_ceil(t, t);
-    mpfr_mul(t, t, r, MPFR_RNDN); // the next multiple of pi/2
-    double next = mpfr_get_d(t, MPFR_RNDN);
-    mpfr_div(t, t, r, MPFR_RNDN);
-    mpfr_round(t, t);
-    mpfr_set_ui(r, 2, MPFR_RNDN);
-    mpfr_fmod(t, t, r, MPFR_RNDN);
-    bool odd = !mpfr_zero_p(t); // an odd multiple of pi/2: a pole of tan
-    double before = std::nextafter(next, 0), after = std::nextafter(next, inf);
-    IntervalC across = IntervalC::tan(IntervalC(std::nextafter(before, 0), std::nextafter(after, inf)));
-    EXPECT_EQ(across.mayJump, odd) << "a pole of tan exactly where pi/2 falls";
-    EXPECT_FALSE(IntervalC::tan(IntervalC(1e22, std::nextafter(1e22, inf))).mayJump);
-    mpfr_clears(t, r, static_cast<mpfr_ptr>(nullptr));
+    mpfr_inits2(200, t, static_cast<mpfr_ptr>(nullptr));
+    for (double start : {1e15, -3e14, 7.5e14}) {
+        mpfr_const_pi(r, MPFR_RNDN);
+        mpfr_div_ui(r, r, 2, MPFR_RNDN);
+        mpfr_set_d(t, start, MPFR_RNDN);
+        mpfr_div(t, t, r, MPFR_RNDN);
+        mpfr_ceil(t, t);
+        mpfr_set_ui(x, 2, MPFR_RNDN);
+        mpfr_fmod(x, t, x, MPFR_RNDN);
+        if (mpfr_zero_p(x)) mpfr_add_ui(t, t, 1, MPFR_RNDN); // an odd multiple
+        mpfr_mul(t, t, r, MPFR_RNDN);
+        double below = mpfr_get_d(t, MPFR_RNDD), above = mpfr_get_d(t, MPFR_RNDU);
+        EXPECT_TRUE(IntervalC::tan(IntervalC(below, above)).mayJump) << start;
+        EXPECT_FALSE(IntervalC::tan(IntervalC(above, std::nextafter(above, inf))).mayJump) << start;
+        EXPECT_FALSE(IntervalC::tan(IntervalC(std::nextafter(below, -inf), below)).mayJump) << start;
+    }
+    mpfr_clears(x, t, r, static_cast<mpfr_ptr>(nullptr));
 }
 
 TEST(FunctionTable, BoundsLeavingTheDoubleRangeStaySoundAndSaySo) {

@@ -421,7 +421,6 @@ IntervalC IntervalC::pow(IntervalC const &a, IntervalC const &b) {
 
 namespace {
 
-double const inf2 = std::numeric_limits<double>::infinity();
 
 // The whole range of a periodic function, with no value at an infinity.
 IntervalC wholePeriod(IntervalC const &a, double lo, double hi) {
@@ -539,7 +538,7 @@ IntervalC IntervalC::tan(IntervalC const &a) {
     if (pole) {
         // tan runs off to both infinities. The double evaluation has a value
         // at every double (no double is a pole).
-        IntervalC r = wholePeriod(a, -inf2, inf2);
+        IntervalC r = wholePeriod(a, -inf, inf);
         r.mayJump = true;
         return r;
     }
@@ -602,7 +601,9 @@ IntervalC IntervalC::exp(IntervalC const &a) {
     double l = down2at(std::exp(a.lo), a.lo, 0);
     IntervalC r = withFlags(IntervalC(l < 0 ? 0.0 : l, up2at(std::exp(a.hi), a.hi, 0)), a);
     // exp of a finite bound beyond about 709 or below about -708.
-    if ((std::isfinite(a.hi) && outOfRange(std::exp(a.hi))) || (std::isfinite(a.lo) && outOfRange(std::exp(a.lo))))
+    // (exp of a finite number is never 0, so 0 too is out of range).
+    double const smallest = std::numeric_limits<double>::min();
+    if ((std::isfinite(a.hi) && !(std::exp(a.hi) < inf)) || (std::isfinite(a.lo) && std::exp(a.lo) < smallest))
         r.overflow = true;
     return r;
 }
@@ -747,11 +748,11 @@ IntervalC step(IntervalC const &a, double (*f)(double)) {
 } // namespace
 
 IntervalC IntervalC::asinh(IntervalC const &a) {
-    return rising(a, [](double v) { return std::asinh(v); }, -inf2, inf2, libraryMargin);
+    return rising(a, [](double v) { return std::asinh(v); }, -inf, inf, libraryMargin);
 }
 
 IntervalC IntervalC::acosh(IntervalC const &a) {
-    IntervalC r = rising(a, [](double v) { return std::acosh(v); }, 1, inf2, libraryMargin);
+    IntervalC r = rising(a, [](double v) { return std::acosh(v); }, 1, inf, libraryMargin);
     if (!r.empty && r.lo < 0) r.lo = 0;
     return r;
 }
@@ -776,7 +777,7 @@ IntervalC IntervalC::logBase(IntervalC const &b, IntervalC const &x) {
 }
 
 IntervalC IntervalC::cbrt(IntervalC const &a) {
-    return rising(a, [](double v) { return std::cbrt(v); }, -inf2, inf2, libraryMargin);
+    return rising(a, [](double v) { return std::cbrt(v); }, -inf, inf, libraryMargin);
 }
 
 IntervalC IntervalC::root(IntervalC const &n, IntervalC const &x) {
@@ -874,7 +875,7 @@ IntervalC IntervalC::gamma(IntervalC const &a) {
     if (a.empty) return a;
     // Poles at 0, -1, -2, ...: one inside, or an end on one.
     bool pole = a.lo <= 0 && (a.hi >= 0 || std::floor(a.lo) != std::floor(a.hi) || isWhole(a.lo) || isWhole(a.hi));
-    if (pole || a.lo == -inf2) {
+    if (pole || a.lo == -inf) {
         IntervalC r = withFlags(whole(), a);
         r.partial = r.mayJump = true;
         return r;
@@ -884,7 +885,7 @@ IntervalC IntervalC::gamma(IntervalC const &a) {
     bool negative = std::fmod(std::floor(a.lo), 2.0) != 0;
     if (a.lo < -170) {
         // Too far out for the recurrence: only the sign is kept.
-        IntervalC r = negative ? IntervalC(-inf2, 0) : IntervalC(0, inf2);
+        IntervalC r = negative ? IntervalC(-inf, 0) : IntervalC(0, inf);
         r.overflow = true;
         return withFlags(r, a);
     }
@@ -904,7 +905,7 @@ IntervalC IntervalC::gamma(IntervalC const &a) {
 IntervalC IntervalC::factorial(IntervalC const &a) { return gamma(add(a, point(1.0))); }
 
 IntervalC IntervalC::erf(IntervalC const &a) {
-    IntervalC r = rising(a, [](double v) { return std::erf(v); }, -inf2, inf2, libraryMargin);
+    IntervalC r = rising(a, [](double v) { return std::erf(v); }, -inf, inf, libraryMargin);
     if (!r.empty) {
         if (r.lo < -1) r.lo = -1;
         if (r.hi > 1) r.hi = 1;
