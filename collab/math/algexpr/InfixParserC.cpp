@@ -98,6 +98,7 @@ std::unique_ptr<NodeABC> InfixParserC::parse(std::string const &text, std::strin
         else
             parser.pos_ = start;
     }
+    parser.skipSpace();
     std::size_t rightSide = parser.pos_;
     std::unique_ptr<NodeABC> root = parser.parseSum();
     if (!root) return nullptr;
@@ -435,14 +436,15 @@ std::unique_ptr<NodeABC> InfixParserC::parseFunction(int code, std::string const
             if (!accept(",")) break;
         }
         bars_ = outerBars;
-        if (!accept(")")) return fail(operands.size() < 2 && arity == 2 ? "expected ',' after the first operand of " + name
-                                                                        : "expected ')'");
+        if (!accept(")")) return fail("expected ')'");
         if (code == FunctionTableC::LOG10 && name == "log" && operands.size() == 2) {
             code = FunctionTableC::LOG_BASE;
             arity = 2;
         }
-        if (operands.size() != arity)
-            return fail(name + " takes " + std::to_string(arity) + " operand" + (arity == 1 ? "" : "s"));
+        // Told at the closing parenthesis.
+        if (operands.size() < arity) return failAt("expected ',' after the first operand of " + name, pos_ - 1);
+        if (operands.size() > arity)
+            return failAt(name + " takes " + std::to_string(arity) + " operand" + (arity == 1 ? "" : "s"), pos_ - 1);
         node.reset(new CoreFunctionNodeC(code, std::move(operands)));
     } else if (arity == 1 && startsPrimary() && !at("|")) {
         std::unique_ptr<NodeABC> operand = parseSimpleOperand();
