@@ -264,6 +264,51 @@ IntervalC CompiledExpressionC::runIntervals() const {
     return v[resultSlot_];
 }
 
+IntervalC CompiledExpressionC::evaluateWide(IntervalC const &x) const {
+    IntervalC values[NodeABC::VARIABLE_COUNT] = {x, IntervalC::none(), IntervalC::none(), IntervalC::none()};
+    return evaluateWideWith(values);
+}
+
+IntervalC CompiledExpressionC::evaluateWideWith(IntervalC const *values) const {
+    if (wides_.size() != intervals_.size()) {
+        wides_.assign(intervals_.size(), WideIntervalC());
+        for (unsigned int i = 0; i < constants_.size(); ++i)
+            wides_[NodeABC::VARIABLE_COUNT + i] = WideIntervalC::fromDouble(IntervalC::point(constants_[i]));
+    }
+    for (unsigned int i = 0; i < NodeABC::VARIABLE_COUNT; ++i) wides_[i] = WideIntervalC::fromDouble(values[i]);
+    // The double run's notes do not carry into the wide one.
+    for (unsigned int i = 0; i < NodeABC::VARIABLE_COUNT; ++i) wides_[i].overflow = false;
+    return runWide();
+}
+
+IntervalC CompiledExpressionC::runWide() const {
+    using W = WideIntervalC;
+    W *v = wides_.data();
+    W const none = W::fromDouble(IntervalC::none());
+    unsigned int slot = firstResult_;
+    for (InstructionS const &in : program_) {
+        W const &a = v[in.a];
+        W const &b = in.op == FUNCTION ? none : v[in.b];
+        switch (in.op) {
+        case ADD: v[slot] = W::add(a, b); break;
+        case SUB: v[slot] = W::sub(a, b); break;
+        case MUL: v[slot] = W::mul(a, b); break;
+        case DIV: v[slot] = W::div(a, b); break;
+        case NEG: v[slot] = W::neg(a); break;
+        case POW: v[slot] = W::pow(a, b); break;
+        case POW_INT: v[slot] = W::powInt(a, in.arg); break;
+        default:
+            // A function with no long double version runs on doubles: sound,
+            // as its inputs' bounds are rounded outward.
+            v[slot] = in.function->wide ? in.function->wide(a, b)
+                                        : W::fromDouble(in.function->interval(a.toDouble(), b.toDouble()));
+            break;
+        }
+        ++slot;
+    }
+    return v[resultSlot_].toDouble();
+}
+
 } // namespace algexpr
 } // namespace math
 } // namespace qelt

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "collab/math/IntervalC.h"
+#include "collab/math/WideIntervalC.h"
 #include "collab/math/algexpr/FunctionTableC.h"
 #include "collab/math/algexpr/NodeABC.h"
 
@@ -44,6 +45,16 @@ public:
     double evaluateWith(double const *values) const;
     IntervalC evaluateWith(IntervalC const *values) const;
 
+    // The interval run again over long double (WideIntervalC), for inputs
+    // where the double run says overflow: a bound left the double range
+    // somewhere inside, as in exp(x)/exp(x) near x = 710 or x^2/x^2 near
+    // 1e155, and the double enclosure is far looser than the function. The
+    // result encloses the real values (not the overflowed double rule), its
+    // bounds rounded outward to doubles, and overflow is cleared when the
+    // long double run stayed in range and its result fits in a double.
+    IntervalC evaluateWide(IntervalC const &x) const;
+    IntervalC evaluateWideWith(IntervalC const *values) const;
+
     unsigned int getInstructionCount() const { return static_cast<unsigned int>(program_.size()); }
 
 private:
@@ -62,6 +73,7 @@ private:
     void runBlock(unsigned int count) const;
     double run() const;
     IntervalC runIntervals() const;
+    IntervalC runWide() const;
 
     std::vector<double> constants_;
     std::vector<InstructionS> program_;
@@ -71,6 +83,7 @@ private:
     mutable std::vector<double> values_;
     mutable std::vector<double> block_;
     mutable std::vector<IntervalC> intervals_;
+    mutable std::vector<WideIntervalC> wides_;
 };
 
 } // namespace algexpr

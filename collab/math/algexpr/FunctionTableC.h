@@ -4,20 +4,24 @@
 #include <string>
 
 #include "collab/math/IntervalC.h"
+#include "collab/math/WideIntervalC.h"
 
 namespace qelt {
 namespace math {
 namespace algexpr {
 
 // One function of the expression language: its code, its name in the prefix
-// form, its number of operands, and its meaning on doubles and on intervals.
-// A one-operand function ignores the second argument of both.
+// form, its number of operands, and its meaning on doubles, on intervals and
+// on long double intervals (null where the range of a double does not limit
+// it: the interval version then serves, through WideIntervalC::toDouble).
+// A one-operand function ignores the second argument of each.
 struct FunctionRowS {
     int code;
     char const *name;
     unsigned int arity;
     double (*point)(double a, double b);
     IntervalC (*interval)(IntervalC const &a, IntervalC const &b);
+    WideIntervalC (*wide)(WideIntervalC const &a, WideIntervalC const &b);
 };
 
 // Every function of the expression language, one row each: the tree walk,
