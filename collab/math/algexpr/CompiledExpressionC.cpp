@@ -72,8 +72,8 @@ CompiledExpressionC::CompiledExpressionC(NodeABC const *root)
     }
     unsigned int const vars = NodeABC::VARIABLE_COUNT;
     firstResult_ = vars + static_cast<unsigned int>(constants_.size());
-    auto slot = [this, vars](unsigned int ref) {
-        if (ref & CONSTANT_TAG) return vars + (ref & ~CONSTANT_TAG);
+    auto slot = [this](unsigned int ref) {
+        if (ref & CONSTANT_TAG) return NodeABC::VARIABLE_COUNT + (ref & ~CONSTANT_TAG);
         if (ref & RESULT_TAG) return firstResult_ + (ref & ~RESULT_TAG);
         return ref;
     };
