@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 #include "collab/math/TrigReductionC.h"
 #include "collab/oss/IntegerConversionC.h"
