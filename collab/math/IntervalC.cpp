@@ -434,51 +434,77 @@ IntervalC wholePeriod(IntervalC const &a, double lo, double hi) {
 double downBy(double v, double e) { return down2(v - e); }
 double upBy(double v, double e) { return up2(v + e); }
 
-// sin and cos at one double, each enclosed, from the exact reduction:
-// the reduced argument is off by at most |r| * 2^-51, which moves sin and
-// cos by no more than that.
-void sinCosAt(double x, IntervalC &s, IntervalC &c) {
+// One end of an interval, reduced once: x = (quadrant + t) pi/2 with
+// r = t pi/2, and its phase x * 2/pi modulo 4 (within 2^-50).
+struct ReducedS {
+    double x;
     int quadrant;
     double r;
-    TrigReductionC::reduce(x, quadrant, r);
-    // Exact below pi/4, where the argument is its own reduction.
-    double e = r == x ? 0 : std::fabs(r) * 0x1p-51;
-    double sr = std::sin(r), cr = std::cos(r);
-    IntervalC sinR = x == 0 ? IntervalC(0, 0) : IntervalC(downBy(sr, e), upBy(sr, e));
-    IntervalC cosR = x == 0 ? IntervalC(1, 1) : IntervalC(downBy(cr, e), upBy(cr, e));
-    IntervalC const sinByQuadrant[4] = {sinR, cosR, IntervalC::neg(sinR), IntervalC::neg(cosR)};
-    IntervalC const cosByQuadrant[4] = {cosR, IntervalC::neg(sinR), IntervalC::neg(cosR), sinR};
-    s = sinByQuadrant[quadrant];
-    c = cosByQuadrant[quadrant];
+    double phase;
+};
+
+ReducedS reducedAt(double x) {
+    ReducedS e;
+    e.x = x;
+    TrigReductionC::reduce(x, e.quadrant, e.r);
+    double p = e.quadrant + e.r / 1.5707963267948966;
+    e.phase = p < 0 ? p + 4 : p;
+    return e;
 }
 
-// tan at one double: tan r in even quadrants, -1/tan r in odd ones. An
-// error d in r moves tan r by at most d (1 + tan^2 r), taken with room.
-IntervalC tanAt(double x) {
-    int quadrant;
-    double r;
-    TrigReductionC::reduce(x, quadrant, r);
-    double t = std::tan(r);
-    double e = r == x ? 0 : std::fabs(r) * 0x1p-51 * (1 + t * t) * 1.01;
-    IntervalC tr = r == 0 ? IntervalC(0, 0) : IntervalC(downBy(t, e), upBy(t, e));
-    return quadrant % 2 == 0 ? tr : IntervalC::div(IntervalC(-1, -1), tr);
+// sin and cos at one end, each enclosed: the reduced argument is off by at
+// most |r| * 2^-51 (exact below pi/4, where it is x itself), which moves
+// sin and cos by no more than that.
+IntervalC sinOrCosAt(ReducedS const &e, bool sine) {
+    double d = e.r == e.x ? 0 : std::fabs(e.r) * 0x1p-51;
+    // sin x is sin r, cos r, -sin r, -cos r by quadrant; cos x one quadrant on.
+    int q = (e.quadrant + (sine ? 0 : 1)) & 3;
+    if (e.x == 0) return IntervalC::point(sine ? 0.0 : 1.0);
+    double v = q % 2 == 0 ? std::sin(e.r) : std::cos(e.r);
+    IntervalC r(downBy(v, d), upBy(v, d));
+    return q >= 2 ? IntervalC::neg(r) : r;
+}
+
+// The sign of cos at one end, from its quadrant and reduced argument alone
+// (cos r > 0 for |r| <= pi/4); 0 where that does not tell.
+int cosSignAt(ReducedS const &e) {
+    double sr = e.r > 0 ? 1 : (e.r < 0 ? -1 : 0);
+    switch (e.quadrant) {
+    case 0: return 1;
+    case 1: return static_cast<int>(-sr);
+    case 2: return -1;
+    default: return static_cast<int>(sr);
+    }
+}
+
+// tan at one end: tan r in even quadrants, -1/tan r in odd ones. An error d
+// in r moves tan r by at most d (1 + tan^2 r), taken with room.
+IntervalC tanAt(ReducedS const &e) {
+    double t = std::tan(e.r);
+    double d = e.r == e.x ? 0 : std::fabs(e.r) * 0x1p-51 * (1 + t * t) * 1.01;
+    IntervalC tr = e.r == 0 ? IntervalC(0, 0) : IntervalC(downBy(t, d), upBy(t, d));
+    return e.quadrant % 2 == 0 ? tr : IntervalC::div(IntervalC(-1, -1), tr);
 }
 
 // Where an interval lies in quarter periods: it starts at phase start (in
-// [0, 4), x * 2/pi modulo 4) and spans span quarter periods; wide is set
-// when it may cover a whole period.
+// [0, 4)) and spans span quarter periods; wide is set when it may cover a
+// whole period (then the ends are not reduced).
 struct PhaseSpanS {
     double start;
     double span;
     bool wide;
+    ReducedS low, high;
 };
 
 PhaseSpanS phaseSpan(IntervalC const &a) {
-    PhaseSpanS p{0, 0, true};
+    PhaseSpanS p{0, 0, true, ReducedS{}, ReducedS{}};
+    if (unbounded(a)) return p;
     double approximate = (a.hi - a.lo) * 0.6366197723675814;
     if (!(approximate < 3.999)) return p;
-    p.start = TrigReductionC::phase(a.lo);
-    double span = TrigReductionC::phase(a.hi) - p.start;
+    p.low = reducedAt(a.lo);
+    p.high = reducedAt(a.hi);
+    p.start = p.low.phase;
+    double span = p.high.phase - p.start;
     if (span < 0) span += 4;
     // Both phases are within 2^-50: a span near 4 for a narrow interval is
     // a span near 0 read across the wrap.
@@ -501,13 +527,9 @@ enum TrigE { SINE, COSINE };
 
 IntervalC sinOrCos(IntervalC const &a, TrigE which) {
     if (a.empty) return a;
-    if (unbounded(a)) return wholePeriod(a, -1, 1);
     PhaseSpanS p = phaseSpan(a);
     if (p.wide) return wholePeriod(a, -1, 1);
-    IntervalC s1, c1, s2, c2;
-    sinCosAt(a.lo, s1, c1);
-    sinCosAt(a.hi, s2, c2);
-    IntervalC v1 = which == SINE ? s1 : c1, v2 = which == SINE ? s2 : c2;
+    IntervalC v1 = sinOrCosAt(p.low, which == SINE), v2 = sinOrCosAt(p.high, which == SINE);
     double l = v1.lo < v2.lo ? v1.lo : v2.lo;
     double h = v1.hi > v2.hi ? v1.hi : v2.hi;
     // sin peaks at phase 1 and bottoms at 3; cos at 0 and 2.
@@ -525,16 +547,13 @@ IntervalC IntervalC::cos(IntervalC const &a) { return sinOrCos(a, COSINE); }
 
 IntervalC IntervalC::tan(IntervalC const &a) {
     if (a.empty) return a;
-    PhaseSpanS p = unbounded(a) ? PhaseSpanS{0, 0, true} : phaseSpan(a);
-    IntervalC s1, c1, s2, c2;
+    PhaseSpanS p = phaseSpan(a);
+    // Less than half a period wide, a pole inside is where cos changes sign,
+    // which the quadrant and the sign of the reduced argument tell exactly.
     bool pole = p.wide || p.span >= 2;
     if (!pole) {
-        sinCosAt(a.lo, s1, c1);
-        sinCosAt(a.hi, s2, c2);
-        // Less than half a period wide: a pole inside is where cos changes
-        // sign, and the enclosures of cos are tight enough (relative to cos
-        // itself) to tell its sign right beside a pole.
-        pole = holdsZero(c1) || holdsZero(c2) || (c1.lo > 0) != (c2.lo > 0);
+        int c1 = cosSignAt(p.low), c2 = cosSignAt(p.high);
+        pole = c1 == 0 || c2 == 0 || c1 != c2;
     }
     if (pole) {
         // tan runs off to both infinities. The double evaluation has a value
@@ -544,7 +563,7 @@ IntervalC IntervalC::tan(IntervalC const &a) {
         return r;
     }
     // No pole inside: tan rises across the whole interval.
-    return withFlags(IntervalC(tanAt(a.lo).lo, tanAt(a.hi).hi), a);
+    return withFlags(IntervalC(tanAt(p.low).lo, tanAt(p.high).hi), a);
 }
 
 IntervalC IntervalC::asin(IntervalC const &a) {

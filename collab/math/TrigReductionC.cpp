@@ -99,13 +99,5 @@ void TrigReductionC::reduce(double x, int &quadrant, double &reduced) {
     reduced = r;
 }
 
-double TrigReductionC::phase(double x) {
-    int quadrant;
-    double reduced;
-    reduce(x, quadrant, reduced);
-    double p = quadrant + reduced / halfPiHigh;
-    return p < 0 ? p + 4 : p;
-}
-
 } // namespace math
 } // namespace qelt

@@ -17,10 +17,6 @@ public:
     // t in [-1/2, 1/2]; reduced is t * pi/2 (|reduced| <= pi/4), within
     // |reduced| * 2^-51 of the true value. x must be finite.
     static void reduce(double x, int &quadrant, double &reduced);
-
-    // x * 2/pi modulo 4, in [0, 4), within 2^-50 (for the tests of which
-    // quarter-period an argument lies in). x must be finite.
-    static double phase(double x);
 };
 
 } // namespace math
