@@ -4,7 +4,9 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <utility>
 
+#include "collab/math/TrigReductionC.h"
 #include "collab/oss/IntegerConversionC.h"
 
 namespace qelt {
@@ -13,11 +15,6 @@ namespace math {
 namespace {
 
 double const inf = std::numeric_limits<double>::infinity();
-double const pi = 3.14159265358979323846;
-// Beyond this size the period of sin, cos and tan is no longer resolved by a
-// double division: such inputs get the whole range.
-double const periodicLimit = 1e12;
-
 // Two ulps: the core functions of the C library are within one ulp of the
 // true value, and the double evaluation uses those same functions.
 double down2(double v) { return IntervalC::down(IntervalC::down(v)); }
@@ -33,23 +30,10 @@ double up2at(double value, double arg, double exactArg) { return arg == exactArg
 double downWide(double v) { return std::isfinite(v) ? down2(v - std::fabs(v) * 0x1p-45) : IntervalC::down(v); }
 double upWide(double v) { return std::isfinite(v) ? up2(v + std::fabs(v) * 0x1p-45) : IntervalC::up(v); }
 
-// Whether some point offset + k*period, k whole, may lie in [a, b]. The
-// margin covers the rounding of the division and of offset and period
-// themselves, so the answer errs on yes.
-bool mayHold(double a, double b, double offset, double period) {
-    double ta = (a - offset) / period;
-    double tb = (b - offset) / period;
-    double margin = 1e-15 * (std::fabs(ta) + std::fabs(tb) + 1.0);
-    return std::floor(tb + margin) >= std::ceil(ta - margin);
-}
-
-bool periodicResolved(IntervalC const &a, double period) {
-    return std::fabs(a.lo) <= periodicLimit && std::fabs(a.hi) <= periodicLimit && a.hi - a.lo < period;
-}
-
 IntervalC withFlags(IntervalC r, IntervalC const &a) {
     r.partial = r.partial || a.partial;
     r.mayJump = r.mayJump || a.mayJump;
+    r.overflow = r.overflow || a.overflow;
     return r;
 }
 
@@ -198,11 +182,28 @@ bool holdsZero(IntervalC const &a) { return a.lo <= 0 && a.hi >= 0; }
 
 bool isWhole(double v) { return std::isfinite(v) && std::floor(v) == v; }
 
+// A bound that left the double range: infinite, or nonzero and below the
+// normal doubles (where relative accuracy is lost).
+bool outOfRange(double v) {
+    return !std::isfinite(v) || (v != 0 && std::fabs(v) < std::numeric_limits<double>::min());
+}
+
+// Notes on r that a bound left the double range although the operands'
+// bounds did not, where the real result is neither 0 nor infinite.
+IntervalC rangeChecked(IntervalC r, IntervalC const &a, IntervalC const &b) {
+    if (r.empty || unbounded(a) || unbounded(b)) return r;
+    bool aZero = holdsZero(a), bZero = holdsZero(b);
+    if (std::isinf(r.lo) || std::isinf(r.hi)) r.overflow = true;
+    // A product or quotient of nonzero values that came out 0 or subnormal.
+    if (!aZero && !bZero && (outOfRange(r.lo) || outOfRange(r.hi) || holdsZero(r))) r.overflow = true;
+    return r;
+}
+
 } // namespace
 
-IntervalC::IntervalC() : lo(0), hi(0), empty(false), partial(false), mayJump(false) {}
+IntervalC::IntervalC() : lo(0), hi(0), empty(false), partial(false), mayJump(false), overflow(false) {}
 
-IntervalC::IntervalC(double l, double h) : lo(l), hi(h), empty(false), partial(false), mayJump(false) {}
+IntervalC::IntervalC(double l, double h) : lo(l), hi(h), empty(false), partial(false), mayJump(false), overflow(false) {}
 
 IntervalC IntervalC::point(double v) {
     if (std::isnan(v)) return none();
@@ -289,7 +290,7 @@ IntervalC IntervalC::mul(IntervalC const &a, IntervalC const &b) {
         l = l1 < l2 ? l1 : l2;
         h = h1 > h2 ? h1 : h2;
     }
-    IntervalC r = withFlags(IntervalC(l, h), a, b);
+    IntervalC r = rangeChecked(withFlags(IntervalC(l, h), a, b), a, b);
     if ((holdsZero(a) && unbounded(b)) || (holdsZero(b) && unbounded(a))) r.partial = true;
     return r;
 }
@@ -321,6 +322,7 @@ IntervalC IntervalC::div(IntervalC const &a, IntervalC const &b) {
     quotientBounds(a.hi, b.lo, l[2], h[2]);
     quotientBounds(a.hi, b.hi, l[3], h[3]);
     IntervalC r = withFlags(IntervalC(min4(l[0], l[1], l[2], l[3]), max4(h[0], h[1], h[2], h[3])), a, b);
+    r = rangeChecked(r, a, b);
     if (unbounded(a) && unbounded(b)) r.partial = true;
     return r;
 }
@@ -340,7 +342,7 @@ IntervalC IntervalC::powInt(IntervalC const &a, int n) {
         p.lo = a.lo >= 0 ? magnitudePower(a.lo, m, false) : -magnitudePower(-a.lo, m, true);
         p.hi = a.hi >= 0 ? magnitudePower(a.hi, m, true) : -magnitudePower(-a.hi, m, false);
     }
-    p = withFlags(p, a);
+    p = rangeChecked(withFlags(p, a), a, point(1.0));
     return n > 0 ? p : div(point(1.0), p);
 }
 
@@ -420,6 +422,7 @@ IntervalC IntervalC::pow(IntervalC const &a, IntervalC const &b) {
 
 namespace {
 
+
 // The whole range of a periodic function, with no value at an infinity.
 IntervalC wholePeriod(IntervalC const &a, double lo, double hi) {
     IntervalC r = withFlags(IntervalC(lo, hi), a);
@@ -427,41 +430,140 @@ IntervalC wholePeriod(IntervalC const &a, double lo, double hi) {
     return r;
 }
 
+// Outward by an error e (>= 0) and then by two ulps for the C library.
+double downBy(double v, double e) { return down2(v - e); }
+double upBy(double v, double e) { return up2(v + e); }
+
+// One end of an interval, reduced once: x = (quadrant + t) pi/2 with
+// r = t pi/2, and its phase x * 2/pi modulo 4 (within 2^-50).
+struct ReducedS {
+    double x;
+    int quadrant;
+    double r;
+    double phase;
+};
+
+ReducedS reducedAt(double x) {
+    ReducedS e;
+    e.x = x;
+    TrigReductionC::reduce(x, e.quadrant, e.r);
+    double p = e.quadrant + e.r / 1.5707963267948966;
+    e.phase = p < 0 ? p + 4 : p;
+    return e;
+}
+
+// sin and cos at one end, each enclosed: the reduced argument is off by at
+// most |r| * 2^-51 (exact below pi/4, where it is x itself), which moves
+// sin and cos by no more than that.
+IntervalC sinOrCosAt(ReducedS const &e, bool sine) {
+    double d = e.r == e.x ? 0 : std::fabs(e.r) * 0x1p-51;
+    // sin x is sin r, cos r, -sin r, -cos r by quadrant; cos x one quadrant on.
+    int q = (e.quadrant + (sine ? 0 : 1)) & 3;
+    if (e.x == 0) return IntervalC::point(sine ? 0.0 : 1.0);
+    double v = q % 2 == 0 ? std::sin(e.r) : std::cos(e.r);
+    IntervalC r(downBy(v, d), upBy(v, d));
+    return q >= 2 ? IntervalC::neg(r) : r;
+}
+
+// The sign of cos at one end, from its quadrant and reduced argument alone
+// (cos r > 0 for |r| <= pi/4); 0 where that does not tell.
+int cosSignAt(ReducedS const &e) {
+    double sr = e.r > 0 ? 1 : (e.r < 0 ? -1 : 0);
+    switch (e.quadrant) {
+    case 0: return 1;
+    case 1: return static_cast<int>(-sr);
+    case 2: return -1;
+    default: return static_cast<int>(sr);
+    }
+}
+
+// tan at one end: tan r in even quadrants, -1/tan r in odd ones. An error d
+// in r moves tan r by at most d (1 + tan^2 r), taken with room.
+IntervalC tanAt(ReducedS const &e) {
+    double t = std::tan(e.r);
+    double d = e.r == e.x ? 0 : std::fabs(e.r) * 0x1p-51 * (1 + t * t) * 1.01;
+    IntervalC tr = e.r == 0 ? IntervalC(0, 0) : IntervalC(downBy(t, d), upBy(t, d));
+    return e.quadrant % 2 == 0 ? tr : IntervalC::div(IntervalC(-1, -1), tr);
+}
+
+// Where an interval lies in quarter periods: it starts at phase start (in
+// [0, 4)) and spans span quarter periods; wide is set when it may cover a
+// whole period (then the ends are not reduced).
+struct PhaseSpanS {
+    double start;
+    double span;
+    bool wide;
+    ReducedS low, high;
+};
+
+PhaseSpanS phaseSpan(IntervalC const &a) {
+    PhaseSpanS p{0, 0, true, ReducedS{}, ReducedS{}};
+    if (unbounded(a)) return p;
+    double approximate = (a.hi - a.lo) * 0.6366197723675814;
+    if (!(approximate < 3.999)) return p;
+    p.low = reducedAt(a.lo);
+    p.high = reducedAt(a.hi);
+    p.start = p.low.phase;
+    double span = p.high.phase - p.start;
+    if (span < 0) span += 4;
+    // Both phases are within 2^-50: a span near 4 for a narrow interval is
+    // a span near 0 read across the wrap.
+    if (span > 3.5 && approximate < 2) span = 0;
+    p.span = span;
+    p.wide = span > 3.999 || (approximate > 2 && span < 1);
+    return p;
+}
+
+// Whether the phase c (plus a multiple of 4) may lie inside the span; the
+// slack covers the phases' errors, and where it errs the function is
+// within 1e-18 of its value at c anyway.
+bool spanHolds(PhaseSpanS const &p, double c) {
+    double const slack = 1e-9;
+    double l = p.start - slack, h = p.start + p.span + slack;
+    return (c >= l && c <= h) || (c + 4 >= l && c + 4 <= h);
+}
+
+enum TrigE { SINE, COSINE };
+
+IntervalC sinOrCos(IntervalC const &a, TrigE which) {
+    if (a.empty) return a;
+    PhaseSpanS p = phaseSpan(a);
+    if (p.wide) return wholePeriod(a, -1, 1);
+    IntervalC v1 = sinOrCosAt(p.low, which == SINE), v2 = sinOrCosAt(p.high, which == SINE);
+    double l = v1.lo < v2.lo ? v1.lo : v2.lo;
+    double h = v1.hi > v2.hi ? v1.hi : v2.hi;
+    // sin peaks at phase 1 and bottoms at 3; cos at 0 and 2.
+    double top = which == SINE ? 1 : 0;
+    if (spanHolds(p, top)) h = 1;
+    if (spanHolds(p, top + 2)) l = -1;
+    return withFlags(IntervalC(l < -1 ? -1 : l, h > 1 ? 1 : h), a);
+}
+
 } // namespace
 
-IntervalC IntervalC::sin(IntervalC const &a) {
-    if (a.empty) return a;
-    if (!periodicResolved(a, 2 * pi)) return wholePeriod(a, -1, 1);
-    double s1 = std::sin(a.lo);
-    double s2 = std::sin(a.hi);
-    double l = s1 < s2 ? down2at(s1, a.lo, 0) : down2at(s2, a.hi, 0);
-    double h = s1 < s2 ? up2at(s2, a.hi, 0) : up2at(s1, a.lo, 0);
-    if (mayHold(a.lo, a.hi, pi / 2, 2 * pi)) h = 1;
-    if (mayHold(a.lo, a.hi, -pi / 2, 2 * pi)) l = -1;
-    return withFlags(IntervalC(l < -1 ? -1 : l, h > 1 ? 1 : h), a);
-}
+IntervalC IntervalC::sin(IntervalC const &a) { return sinOrCos(a, SINE); }
 
-IntervalC IntervalC::cos(IntervalC const &a) {
-    if (a.empty) return a;
-    if (!periodicResolved(a, 2 * pi)) return wholePeriod(a, -1, 1);
-    double c1 = std::cos(a.lo);
-    double c2 = std::cos(a.hi);
-    double l = c1 < c2 ? down2at(c1, a.lo, 0) : down2at(c2, a.hi, 0);
-    double h = c1 < c2 ? up2at(c2, a.hi, 0) : up2at(c1, a.lo, 0);
-    if (mayHold(a.lo, a.hi, 0, 2 * pi)) h = 1;
-    if (mayHold(a.lo, a.hi, pi, 2 * pi)) l = -1;
-    return withFlags(IntervalC(l < -1 ? -1 : l, h > 1 ? 1 : h), a);
-}
+IntervalC IntervalC::cos(IntervalC const &a) { return sinOrCos(a, COSINE); }
 
 IntervalC IntervalC::tan(IntervalC const &a) {
     if (a.empty) return a;
-    if (!periodicResolved(a, pi) || mayHold(a.lo, a.hi, pi / 2, pi)) {
+    PhaseSpanS p = phaseSpan(a);
+    // Less than half a period wide, a pole inside is where cos changes sign,
+    // which the quadrant and the sign of the reduced argument tell exactly.
+    bool pole = p.wide || p.span >= 2;
+    if (!pole) {
+        int c1 = cosSignAt(p.low), c2 = cosSignAt(p.high);
+        pole = c1 == 0 || c2 == 0 || c1 != c2;
+    }
+    if (pole) {
+        // tan runs off to both infinities. The double evaluation has a value
+        // at every double (no double is a pole).
         IntervalC r = wholePeriod(a, -inf, inf);
         r.mayJump = true;
         return r;
     }
     // No pole inside: tan rises across the whole interval.
-    return withFlags(IntervalC(down2at(std::tan(a.lo), a.lo, 0), up2at(std::tan(a.hi), a.hi, 0)), a);
+    return withFlags(IntervalC(tanAt(p.low).lo, tanAt(p.high).hi), a);
 }
 
 IntervalC IntervalC::asin(IntervalC const &a) {
@@ -493,7 +595,8 @@ IntervalC IntervalC::atan(IntervalC const &a) {
 
 IntervalC IntervalC::sinh(IntervalC const &a) {
     if (a.empty) return a;
-    return withFlags(IntervalC(down2at(std::sinh(a.lo), a.lo, 0), up2at(std::sinh(a.hi), a.hi, 0)), a);
+    IntervalC r(down2at(std::sinh(a.lo), a.lo, 0), up2at(std::sinh(a.hi), a.hi, 0));
+    return rangeChecked(withFlags(r, a), a, point(1.0));
 }
 
 IntervalC IntervalC::cosh(IntervalC const &a) {
@@ -503,7 +606,7 @@ IntervalC IntervalC::cosh(IntervalC const &a) {
     double h = up2(c1 > c2 ? c1 : c2);
     // The minimum 1 sits at 0 when 0 is inside.
     double l = (a.lo <= 0 && a.hi >= 0) ? 1.0 : down2(c1 < c2 ? c1 : c2);
-    return withFlags(IntervalC(l < 1 ? 1.0 : l, h), a);
+    return rangeChecked(withFlags(IntervalC(l < 1 ? 1.0 : l, h), a), a, point(1.0));
 }
 
 IntervalC IntervalC::tanh(IntervalC const &a) {
@@ -516,20 +619,27 @@ IntervalC IntervalC::tanh(IntervalC const &a) {
 IntervalC IntervalC::exp(IntervalC const &a) {
     if (a.empty) return a;
     double l = down2at(std::exp(a.lo), a.lo, 0);
-    return withFlags(IntervalC(l < 0 ? 0.0 : l, up2at(std::exp(a.hi), a.hi, 0)), a);
+    IntervalC r = withFlags(IntervalC(l < 0 ? 0.0 : l, up2at(std::exp(a.hi), a.hi, 0)), a);
+    // exp of a finite bound beyond about 709 or below about -708.
+    // (exp of a finite number is never 0, so 0 too is out of range).
+    double const smallest = std::numeric_limits<double>::min();
+    if ((std::isfinite(a.hi) && !(std::exp(a.hi) < inf)) || (std::isfinite(a.lo) && std::exp(a.lo) < smallest))
+        r.overflow = true;
+    return r;
 }
 
 namespace {
 
-// ln and log10: no value below 0, -infinity at 0 (which the double
-// evaluation may carry on), so the curve falls without bound toward 0.
+// ln, log10 and log2: no value below 0, -infinity at 0 (which the double
+// evaluation may carry on), so the curve falls without bound toward 0, and
+// an input reaching 0 is outside the domain there.
 template <class LogT>
 IntervalC logarithm(IntervalC const &a, LogT log) {
     if (a.empty) return a;
     if (a.hi < 0) return withFlags(IntervalC::none(), a);
     IntervalC r(a.lo > 0 ? down2at(log(a.lo), a.lo, 1) : -inf, a.hi > 0 ? up2at(log(a.hi), a.hi, 1) : -inf);
     r = withFlags(r, a);
-    if (a.lo < 0) r.partial = true;
+    if (a.lo <= 0) r.partial = true;
     return r;
 }
 
@@ -584,6 +694,251 @@ IntervalC IntervalC::sign(IntervalC const &a) {
     IntervalC r = withFlags(IntervalC(signOf(a.lo), signOf(a.hi)), a);
     if (r.lo != r.hi) r.mayJump = true;
     return r;
+}
+
+IntervalC IntervalC::hull(IntervalC const &a, IntervalC const &b) {
+    if (a.empty) return withFlags(b, a);
+    if (b.empty) return withFlags(a, b);
+    IntervalC r(a.lo < b.lo ? a.lo : b.lo, a.hi > b.hi ? a.hi : b.hi);
+    return withFlags(r, a, b);
+}
+
+IntervalC IntervalC::sec(IntervalC const &a) { return div(point(1.0), cos(a)); }
+
+IntervalC IntervalC::csc(IntervalC const &a) { return div(point(1.0), sin(a)); }
+
+// cos/sin encloses 1/tan too: both are within a few ulps of the real cot,
+// and the enclosures of cos and sin are each two ulps or more outward.
+IntervalC IntervalC::cot(IntervalC const &a) { return div(cos(a), sin(a)); }
+
+namespace {
+
+// Measured largest errors of the C library against MPFR, with room to
+// spare: relative margins applied to the library's values.
+double const libraryMargin = 0x1p-49;  // asinh, acosh, atanh, cbrt, erf, log2
+double const gammaMargin = 0x1p-45;    // tgamma, erfc
+
+double downRel(double v, double margin) {
+    if (!std::isfinite(v)) return IntervalC::down(v);
+    return down2(v - std::fabs(v) * margin);
+}
+
+double upRel(double v, double margin) {
+    if (!std::isfinite(v)) return IntervalC::up(v);
+    return up2(v + std::fabs(v) * margin);
+}
+
+// A function rising (or falling) over [l, h] inside its domain, from the C
+// library's values at the ends widened by a relative margin.
+IntervalC monotone(double l, double h, double (*f)(double), bool rising, double margin) {
+    double fl = f(l), fh = f(h);
+    if (!rising) std::swap(fl, fh);
+    return IntervalC(downRel(fl, margin), upRel(fh, margin));
+}
+
+// Clips a to [low, high], the domain of a function; none when they miss,
+// partial when some of a lies outside.
+bool clipToDomain(IntervalC const &a, double low, double high, IntervalC &clipped) {
+    if (a.hi < low || a.lo > high) return false;
+    clipped = IntervalC(a.lo < low ? low : a.lo, a.hi > high ? high : a.hi);
+    clipped.partial = a.lo < low || a.hi > high;
+    return true;
+}
+
+IntervalC rising(IntervalC const &a, double (*f)(double), double low, double high, double margin) {
+    if (a.empty) return a;
+    IntervalC d;
+    if (!clipToDomain(a, low, high, d)) return withFlags(IntervalC::none(), a);
+    IntervalC r = monotone(d.lo, d.hi, f, true, margin);
+    r.partial = d.partial;
+    return withFlags(r, a);
+}
+
+
+// A step function (constant between its jumps, continuous from the side
+// that the rule picks): continuous over the input exactly when it takes one
+// value there.
+IntervalC step(IntervalC const &a, double (*f)(double)) {
+    if (a.empty) return a;
+    IntervalC r = withFlags(IntervalC(f(a.lo), f(a.hi)), a);
+    if (r.lo != r.hi) r.mayJump = true;
+    return r;
+}
+
+} // namespace
+
+IntervalC IntervalC::asinh(IntervalC const &a) {
+    return rising(a, [](double v) { return std::asinh(v); }, -inf, inf, libraryMargin);
+}
+
+IntervalC IntervalC::acosh(IntervalC const &a) {
+    IntervalC r = rising(a, [](double v) { return std::acosh(v); }, 1, inf, libraryMargin);
+    if (!r.empty && r.lo < 0) r.lo = 0;
+    return r;
+}
+
+IntervalC IntervalC::atanh(IntervalC const &a) {
+    // Poles at -1 and 1: the ends of the domain, where atanh is infinite.
+    IntervalC r = rising(a, [](double v) { return std::atanh(v); }, -1, 1, libraryMargin);
+    if (!r.empty && (a.lo <= -1 || a.hi >= 1)) r.partial = true;
+    return r;
+}
+
+IntervalC IntervalC::log2(IntervalC const &a) {
+    return logarithm(a, [](double v) { return std::log2(v); });
+}
+
+IntervalC IntervalC::logBase(IntervalC const &b, IntervalC const &x) {
+    IntervalC base = ln(b);
+    IntervalC r = div(ln(x), base);
+    // Base 1 has no logarithm: a pole in the base, not only a hole.
+    if (!base.empty && base.lo <= 0 && base.hi >= 0) r.partial = true;
+    return r;
+}
+
+IntervalC IntervalC::cbrt(IntervalC const &a) {
+    return rising(a, [](double v) { return std::cbrt(v); }, -inf, inf, libraryMargin);
+}
+
+IntervalC IntervalC::root(IntervalC const &n, IntervalC const &x) {
+    if (n.empty || x.empty) return emptyFrom(n, x);
+    if (holdsZero(n) || unbounded(n)) {
+        // The 0th root is x^infinity: 0, 1, infinity or none.
+        IntervalC r = withFlags(whole(), n, x);
+        r.partial = r.mayJump = true;
+        return r;
+    }
+    IntervalC e = div(point(1.0), n);
+    IntervalC r = none();
+    if (x.hi >= 0) r = pow(IntervalC(x.lo < 0 ? 0.0 : x.lo, x.hi), e);
+    if (x.lo < 0) {
+        // Below 0 only odd roots have values, mirrored from above 0; a root
+        // of varying degree has them only at its odd whole degrees.
+        bool odd = n.isPoint() ? isWhole(n.lo) && std::fmod(n.lo, 2.0) != 0 : std::floor(n.hi) >= std::ceil(n.lo);
+        if (odd) {
+            IntervalC negative = neg(pow(neg(IntervalC(x.lo, x.hi < 0 ? x.hi : 0.0)), e));
+            r = hull(r, negative);
+            if (!n.isPoint()) r.partial = r.mayJump = true;
+        } else {
+            r.partial = true;
+        }
+    }
+    if (r.empty) return emptyFrom(n, x);
+    return withFlags(r, n, x);
+}
+
+IntervalC IntervalC::round(IntervalC const &a) {
+    return step(a, [](double v) { return std::round(v); });
+}
+
+IntervalC IntervalC::trunc(IntervalC const &a) {
+    return step(a, [](double v) { return std::trunc(v); });
+}
+
+IntervalC IntervalC::min(IntervalC const &a, IntervalC const &b) {
+    if (a.empty || b.empty) return emptyFrom(a, b);
+    return withFlags(IntervalC(a.lo < b.lo ? a.lo : b.lo, a.hi < b.hi ? a.hi : b.hi), a, b);
+}
+
+IntervalC IntervalC::max(IntervalC const &a, IntervalC const &b) {
+    if (a.empty || b.empty) return emptyFrom(a, b);
+    return withFlags(IntervalC(a.lo > b.lo ? a.lo : b.lo, a.hi > b.hi ? a.hi : b.hi), a, b);
+}
+
+IntervalC IntervalC::mod(IntervalC const &x, IntervalC const &y) {
+    if (x.empty || y.empty) return emptyFrom(x, y);
+    if (holdsZero(y) || unbounded(x) || unbounded(y)) {
+        // mod by 0 has no value; an infinite x has none either.
+        IntervalC r = withFlags(IntervalC(y.lo < 0 ? y.lo : 0.0, y.hi > 0 ? y.hi : 0.0), x, y);
+        if (holdsZero(y)) r = withFlags(whole(), x, y);
+        r.partial = r.mayJump = true;
+        return r;
+    }
+    // The result lies between 0 and y, y itself included: r + y may round
+    // up to y for a tiny negative remainder r.
+    IntervalC range(y.lo < 0 ? y.lo : 0.0, y.hi > 0 ? y.hi : 0.0);
+    IntervalC q = floor(div(x, y));
+    if (q.lo != q.hi) {
+        IntervalC r = withFlags(range, x, y);
+        r.mayJump = true;
+        return r;
+    }
+    // One whole quotient over the box: x - y*q, continuous.
+    IntervalC r = sub(x, mul(y, point(q.lo)));
+    if (r.lo < range.lo) r.lo = range.lo;
+    if (r.hi > range.hi) r.hi = range.hi;
+    r.overflow = false;
+    return withFlags(r, x, y);
+}
+
+namespace {
+
+// Where gamma has its minimum on the positive side, bracketed, and the
+// minimum itself (0.88560319441088870027...), rounded down.
+double const gammaMinLow = 1.4616;
+double const gammaMinHigh = 1.4617;
+double const gammaMinValue = 0.8856031944108886;
+
+double tgammaOf(double v) { return std::tgamma(v); }
+
+// gamma over [l, h] with 0 < l: falling up to the minimum, rising after.
+IntervalC gammaPositive(double l, double h) {
+    if (h < gammaMinLow) return monotone(l, h, tgammaOf, false, gammaMargin);
+    if (l > gammaMinHigh) return monotone(l, h, tgammaOf, true, gammaMargin);
+    double g1 = upRel(std::tgamma(l), gammaMargin), g2 = upRel(std::tgamma(h), gammaMargin);
+    return IntervalC(IntervalC::down(gammaMinValue), g1 > g2 ? g1 : g2);
+}
+
+} // namespace
+
+IntervalC IntervalC::gamma(IntervalC const &a) {
+    if (a.empty) return a;
+    // Poles at 0, -1, -2, ...: one inside, or an end on one.
+    bool pole = a.lo <= 0 && (a.hi >= 0 || std::floor(a.lo) != std::floor(a.hi) || isWhole(a.lo) || isWhole(a.hi));
+    if (pole || a.lo == -inf) {
+        IntervalC r = withFlags(whole(), a);
+        r.partial = r.mayJump = true;
+        return r;
+    }
+    if (a.lo > 0) return rangeChecked(withFlags(gammaPositive(a.lo, a.hi), a), a, point(1.0));
+    // Between two poles below 0: the sign alternates, negative on (-1, 0).
+    bool negative = std::fmod(std::floor(a.lo), 2.0) != 0;
+    if (a.lo < -170) {
+        // Too far out for the recurrence: only the sign is kept.
+        IntervalC r = negative ? IntervalC(-inf, 0) : IntervalC(0, inf);
+        r.overflow = true;
+        return withFlags(r, a);
+    }
+    // gamma(x) = gamma(x + n) / (x (x+1) ... (x+n-1)), x + n above 1.
+    int n = oss::IntegerConversionC::toInt32(std::ceil(-a.lo)) + 1;
+    IntervalC shifted = add(a, point(double(n)));
+    IntervalC product = a;
+    for (int k = 1; k < n; ++k) product = mul(product, add(a, point(double(k))));
+    IntervalC r = div(gammaPositive(shifted.lo, shifted.hi), product);
+    // Room for the C library's own error at negative arguments.
+    r = IntervalC(downRel(r.lo, gammaMargin), upRel(r.hi, gammaMargin));
+    if (negative && r.hi > 0) r.hi = 0;
+    if (!negative && r.lo < 0) r.lo = 0;
+    return rangeChecked(withFlags(r, a), a, point(1.0));
+}
+
+IntervalC IntervalC::factorial(IntervalC const &a) { return gamma(add(a, point(1.0))); }
+
+IntervalC IntervalC::erf(IntervalC const &a) {
+    IntervalC r = rising(a, [](double v) { return std::erf(v); }, -inf, inf, libraryMargin);
+    if (!r.empty) {
+        if (r.lo < -1) r.lo = -1;
+        if (r.hi > 1) r.hi = 1;
+    }
+    return r;
+}
+
+IntervalC IntervalC::erfc(IntervalC const &a) {
+    if (a.empty) return a;
+    IntervalC r = monotone(a.lo, a.hi, [](double v) { return std::erfc(v); }, false, gammaMargin);
+    if (r.lo < 0) r.lo = 0;
+    if (r.hi > 2) r.hi = 2;
+    return withFlags(r, a);
 }
 
 } // namespace math

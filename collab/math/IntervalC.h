@@ -22,6 +22,16 @@ namespace math {
 // A result carries the flags of its operands; when none is set the function
 // is continuous over the whole input and takes every value between its
 // minimum and maximum there.
+//
+// The flags are the three decorations of decorated interval arithmetic:
+// - defined and continuous: none of empty, partial, mayJump;
+// - defined (every input has a value, continuity unknown): mayJump alone;
+// - possibly undefined: partial (or empty, when no input has a value).
+//
+// overflow is not a decoration but a note on tightness: some bound left the
+// double range inside the computation (a value beyond the largest double, or
+// a nonzero one below the smallest normal double), so the enclosure may be
+// far looser than the function; a wider evaluation can do better.
 class IntervalC {
 public:
     double lo;
@@ -29,6 +39,7 @@ public:
     bool empty;
     bool partial;
     bool mayJump;
+    bool overflow;
 
     IntervalC();
     IntervalC(double lo, double hi);
@@ -70,6 +81,33 @@ public:
     static IntervalC floor(IntervalC const &a);
     static IntervalC ceil(IntervalC const &a);
     static IntervalC sign(IntervalC const &a);
+
+    static IntervalC sec(IntervalC const &a);
+    static IntervalC csc(IntervalC const &a);
+    static IntervalC cot(IntervalC const &a);
+    static IntervalC asinh(IntervalC const &a);
+    static IntervalC acosh(IntervalC const &a);
+    static IntervalC atanh(IntervalC const &a);
+    static IntervalC log2(IntervalC const &a);
+    // The logarithm of x to base b: ln x / ln b.
+    static IntervalC logBase(IntervalC const &b, IntervalC const &x);
+    static IntervalC cbrt(IntervalC const &a);
+    // The n-th root of x: x^(1/n), and -(-x)^(1/n) for x < 0 when n is odd.
+    static IntervalC root(IntervalC const &n, IntervalC const &x);
+    static IntervalC round(IntervalC const &a);
+    static IntervalC trunc(IntervalC const &a);
+    static IntervalC min(IntervalC const &a, IntervalC const &b);
+    static IntervalC max(IntervalC const &a, IntervalC const &b);
+    // x - y*floor(x/y): the sign of y (mod(-1, 3) = 2).
+    static IntervalC mod(IntervalC const &x, IntervalC const &y);
+    static IntervalC gamma(IntervalC const &a);
+    // x! = gamma(x + 1).
+    static IntervalC factorial(IntervalC const &a);
+    static IntervalC erf(IntervalC const &a);
+    static IntervalC erfc(IntervalC const &a);
+
+    // The smallest interval holding both (flags of both).
+    static IntervalC hull(IntervalC const &a, IntervalC const &b);
 
     // The neighbouring doubles toward -infinity and +infinity; a NaN becomes
     // the infinity that keeps a bound sound, and an infinity stays where it is

@@ -39,6 +39,7 @@ oss::PointerTC<AlgebraicExpressionC> AlgebraicExpressionC::fromInfixString(std::
 std::unique_ptr<NodeABC> foldConstants(NodeABC const &node, bool &depends) {
     ParentNodeABC const *parent = node.as<ParentNodeABC>();
     if (!parent) {
+        // Depending on any variable, not only x.
         depends = node.as<VariableNodeC>() != nullptr;
         return node.clone();
     }
@@ -55,7 +56,7 @@ std::unique_ptr<NodeABC> foldConstants(NodeABC const &node, bool &depends) {
     if (OperatorNodeC const *op = node.as<OperatorNodeC>())
         return std::unique_ptr<NodeABC>(new OperatorNodeC(op->getOperator(), std::move(children)));
     if (CoreFunctionNodeC const *f = node.as<CoreFunctionNodeC>())
-        return std::unique_ptr<NodeABC>(new CoreFunctionNodeC(f->getCode(), std::move(children[0])));
+        return std::unique_ptr<NodeABC>(new CoreFunctionNodeC(f->getCode(), std::move(children)));
     return node.clone();
 }
 
@@ -71,6 +72,22 @@ oss::PointerTC<AlgebraicExpressionC> AlgebraicExpressionC::execute(bool evaluate
         return nullptr;
     }
     return wrap(std::move(folded));
+}
+
+namespace {
+
+void collectVariables(NodeABC const &node, unsigned int &mask) {
+    if (VariableNodeC const *v = node.as<VariableNodeC>()) mask |= 1u << v->getIndex();
+    if (ParentNodeABC const *parent = node.as<ParentNodeABC>())
+        for (unsigned int i = 0; i < parent->getChildCount(); ++i) collectVariables(*parent->child(i), mask);
+}
+
+} // namespace
+
+unsigned int AlgebraicExpressionC::getVariables() const {
+    unsigned int mask = 0;
+    if (root_) collectVariables(*root_, mask);
+    return mask;
 }
 
 double AlgebraicExpressionC::evaluateAt(double x) const { return root_ ? root_->evaluate(x) : std::nan(""); }

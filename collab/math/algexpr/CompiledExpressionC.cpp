@@ -28,55 +28,40 @@ void each2(double const *a, double const *b, double *out, unsigned int n, F f) {
     for (unsigned int i = 0; i < n; ++i) out[i] = f(a[i], b[i]);
 }
 
-// One function over a block, the switch outside the loop. Each case is the
-// matching case of CoreFunctionNodeC::apply.
-void applyFunction(int code, double const *in, double *out, unsigned int n) {
-    switch (code) {
-    case CoreFunctionNodeC::SIN: each(in, out, n, [](double v) { return std::sin(v); }); return;
-    case CoreFunctionNodeC::COS: each(in, out, n, [](double v) { return std::cos(v); }); return;
-    case CoreFunctionNodeC::TAN: each(in, out, n, [](double v) { return std::tan(v); }); return;
-    case CoreFunctionNodeC::EXP: each(in, out, n, [](double v) { return std::exp(v); }); return;
-    case CoreFunctionNodeC::SQRT: each(in, out, n, [](double v) { return std::sqrt(v); }); return;
-    case CoreFunctionNodeC::ABS: each(in, out, n, [](double v) { return std::fabs(v); }); return;
-    default: each(in, out, n, [code](double v) { return CoreFunctionNodeC::apply(code, v); }); return;
+// One function over a block, the switch outside the loop. The hot
+// functions are written out so that the loop calls the library directly;
+// each is its table row's rule.
+void applyFunction(FunctionRowS const &f, double const *in, double *out, unsigned int n) {
+    switch (f.code) {
+    case FunctionTableC::SIN: each(in, out, n, [](double v) { return std::sin(v); }); return;
+    case FunctionTableC::COS: each(in, out, n, [](double v) { return std::cos(v); }); return;
+    case FunctionTableC::TAN: each(in, out, n, [](double v) { return std::tan(v); }); return;
+    case FunctionTableC::EXP: each(in, out, n, [](double v) { return std::exp(v); }); return;
+    case FunctionTableC::SQRT: each(in, out, n, [](double v) { return std::sqrt(v); }); return;
+    case FunctionTableC::ABS: each(in, out, n, [](double v) { return std::fabs(v); }); return;
+    default: {
+        double (*point)(double, double) = f.point;
+        double const none = std::numeric_limits<double>::quiet_NaN();
+        each(in, out, n, [point, none](double v) { return point(v, none); });
+        return;
     }
-}
-
-IntervalC applyFunction(int code, IntervalC const &a) {
-    switch (code) {
-    case CoreFunctionNodeC::SIN: return IntervalC::sin(a);
-    case CoreFunctionNodeC::COS: return IntervalC::cos(a);
-    case CoreFunctionNodeC::TAN: return IntervalC::tan(a);
-    case CoreFunctionNodeC::ASIN: return IntervalC::asin(a);
-    case CoreFunctionNodeC::ACOS: return IntervalC::acos(a);
-    case CoreFunctionNodeC::ATAN: return IntervalC::atan(a);
-    case CoreFunctionNodeC::SINH: return IntervalC::sinh(a);
-    case CoreFunctionNodeC::COSH: return IntervalC::cosh(a);
-    case CoreFunctionNodeC::TANH: return IntervalC::tanh(a);
-    case CoreFunctionNodeC::EXP: return IntervalC::exp(a);
-    case CoreFunctionNodeC::LN: return IntervalC::ln(a);
-    case CoreFunctionNodeC::LOG10: return IntervalC::log10(a);
-    case CoreFunctionNodeC::SQRT: return IntervalC::sqrt(a);
-    case CoreFunctionNodeC::ABS: return IntervalC::abs(a);
-    case CoreFunctionNodeC::FLOOR: return IntervalC::floor(a);
-    case CoreFunctionNodeC::CEIL: return IntervalC::ceil(a);
-    case CoreFunctionNodeC::SIGN: return IntervalC::sign(a);
     }
-    return IntervalC::none();
 }
 
 } // namespace
 
 namespace {
 
-// Operand references while the program is laid out: x, the c-th number or
-// the i-th instruction; resolved to slots once the number count is known.
+// Operand references while the program is laid out: a variable, the c-th
+// number or the i-th instruction; resolved to slots once the number count is
+// known.
 unsigned int const CONSTANT_TAG = 0x80000000u;
 unsigned int const RESULT_TAG = 0x40000000u;
 
 } // namespace
 
-CompiledExpressionC::CompiledExpressionC(NodeABC const *root) : firstResult_(1), resultSlot_(0) {
+CompiledExpressionC::CompiledExpressionC(NodeABC const *root)
+    : firstResult_(NodeABC::VARIABLE_COUNT), resultSlot_(0), otherVariables_(false) {
     unsigned int result;
     if (!root || root->getHeight() > AlgebraicExpressionC::MAX_DEPTH) {
         result = constant(std::numeric_limits<double>::quiet_NaN());
@@ -85,11 +70,12 @@ CompiledExpressionC::CompiledExpressionC(NodeABC const *root) : firstResult_(1),
         std::unique_ptr<NodeABC> folded = foldConstants(*root, depends);
         result = emit(*folded);
     }
-    firstResult_ = 1 + static_cast<unsigned int>(constants_.size());
+    unsigned int const vars = NodeABC::VARIABLE_COUNT;
+    firstResult_ = vars + static_cast<unsigned int>(constants_.size());
     auto slot = [this](unsigned int ref) {
-        if (ref & CONSTANT_TAG) return 1 + (ref & ~CONSTANT_TAG);
+        if (ref & CONSTANT_TAG) return NodeABC::VARIABLE_COUNT + (ref & ~CONSTANT_TAG);
         if (ref & RESULT_TAG) return firstResult_ + (ref & ~RESULT_TAG);
-        return 0u;
+        return ref;
     };
     for (InstructionS &in : program_) {
         in.a = slot(in.a);
@@ -97,11 +83,12 @@ CompiledExpressionC::CompiledExpressionC(NodeABC const *root) : firstResult_(1),
     }
     resultSlot_ = slot(result);
     unsigned int slots = firstResult_ + static_cast<unsigned int>(program_.size());
-    values_.assign(slots, 0.0);
-    intervals_.assign(slots, IntervalC());
+    // Variables without a value until a run gives them one.
+    values_.assign(slots, std::numeric_limits<double>::quiet_NaN());
+    intervals_.assign(slots, IntervalC::none());
     for (unsigned int i = 0; i < constants_.size(); ++i) {
-        values_[1 + i] = constants_[i];
-        intervals_[1 + i] = IntervalC::point(constants_[i]);
+        values_[vars + i] = constants_[i];
+        intervals_[vars + i] = IntervalC::point(constants_[i]);
     }
 }
 
@@ -114,8 +101,11 @@ unsigned int CompiledExpressionC::constant(double value) {
 
 unsigned int CompiledExpressionC::emit(NodeABC const &node) {
     if (FloatNodeC const *f = node.as<FloatNodeC>()) return constant(f->getValue()->toDouble());
-    if (node.as<VariableNodeC>()) return 0;
-    InstructionS in{NEG, 0, 0, 0};
+    if (VariableNodeC const *v = node.as<VariableNodeC>()) {
+        if (v->getIndex() != VariableNodeC::X) otherVariables_ = true;
+        return static_cast<unsigned int>(v->getIndex());
+    }
+    InstructionS in{NEG, 0, 0, 0, nullptr};
     if (OperatorNodeC const *op = node.as<OperatorNodeC>()) {
         in.a = emit(*op->child(0));
         switch (op->getOperator()) {
@@ -139,9 +129,13 @@ unsigned int CompiledExpressionC::emit(NodeABC const &node) {
             }
         }
     } else if (CoreFunctionNodeC const *fn = node.as<CoreFunctionNodeC>()) {
-        in.op = FUNCTION;
+        in.function = FunctionTableC::row(fn->getCode());
+        if (!in.function || fn->getChildCount() != in.function->arity)
+            return constant(std::numeric_limits<double>::quiet_NaN());
+        in.op = in.function->arity == 2 ? FUNCTION2 : FUNCTION;
         in.arg = fn->getCode();
         in.a = emit(*fn->child(0));
+        if (in.op == FUNCTION2) in.b = emit(*fn->child(1));
     } else {
         return constant(std::numeric_limits<double>::quiet_NaN());
     }
@@ -152,6 +146,18 @@ unsigned int CompiledExpressionC::emit(NodeABC const &node) {
 double CompiledExpressionC::evaluate(double x) const {
     double *v = values_.data();
     v[0] = x;
+    if (otherVariables_) v[1] = v[2] = v[3] = std::numeric_limits<double>::quiet_NaN();
+    return run();
+}
+
+double CompiledExpressionC::evaluateWith(double const *values) const {
+    for (unsigned int i = 0; i < NodeABC::VARIABLE_COUNT; ++i) values_[i] = values[i];
+    return run();
+}
+
+double CompiledExpressionC::run() const {
+    double *v = values_.data();
+    double const none = std::numeric_limits<double>::quiet_NaN();
     unsigned int slot = firstResult_;
     for (InstructionS const &in : program_) {
         double a = v[in.a];
@@ -164,7 +170,8 @@ double CompiledExpressionC::evaluate(double x) const {
         case NEG: r = -a; break;
         case POW: r = OperatorNodeC::power(a, v[in.b]); break;
         case POW_INT: r = OperatorNodeC::powerWhole(a, in.arg); break;
-        default: r = CoreFunctionNodeC::apply(in.arg, a); break;
+        case FUNCTION: r = in.function->point(a, none); break;
+        default: r = in.function->point(a, v[in.b]); break;
         }
         v[slot++] = r;
     }
@@ -196,7 +203,12 @@ void CompiledExpressionC::runBlock(unsigned int n) const {
                 each(a, out, n, [e](double p) { return OperatorNodeC::powerWhole(p, e); });
             break;
         }
-        default: applyFunction(in.arg, a, out, n); break;
+        case FUNCTION: applyFunction(*in.function, a, out, n); break;
+        default: {
+            double (*point)(double, double) = in.function->point;
+            each2(a, b, out, n, point);
+            break;
+        }
         }
         ++slot;
     }
@@ -205,9 +217,10 @@ void CompiledExpressionC::runBlock(unsigned int n) const {
 void CompiledExpressionC::evaluate(double const *xs, double *ys, unsigned int count) const {
     std::size_t slots = firstResult_ + program_.size();
     if (block_.size() != slots * BLOCK) {
-        block_.assign(slots * BLOCK, 0.0);
+        // The other variables have no value in a batch over x.
+        block_.assign(slots * BLOCK, std::numeric_limits<double>::quiet_NaN());
         for (unsigned int c = 0; c < constants_.size(); ++c)
-            for (unsigned int i = 0; i < BLOCK; ++i) block_[(1 + c) * BLOCK + i] = constants_[c];
+            for (unsigned int i = 0; i < BLOCK; ++i) block_[(NodeABC::VARIABLE_COUNT + c) * BLOCK + i] = constants_[c];
     }
     for (unsigned int done = 0; done < count; done += BLOCK) {
         unsigned int n = count - done < BLOCK ? count - done : BLOCK;
@@ -220,6 +233,18 @@ void CompiledExpressionC::evaluate(double const *xs, double *ys, unsigned int co
 IntervalC CompiledExpressionC::evaluate(IntervalC const &x) const {
     IntervalC *v = intervals_.data();
     v[0] = x;
+    if (otherVariables_) v[1] = v[2] = v[3] = IntervalC::none();
+    return runIntervals();
+}
+
+IntervalC CompiledExpressionC::evaluateWith(IntervalC const *values) const {
+    for (unsigned int i = 0; i < NodeABC::VARIABLE_COUNT; ++i) intervals_[i] = values[i];
+    return runIntervals();
+}
+
+IntervalC CompiledExpressionC::runIntervals() const {
+    IntervalC *v = intervals_.data();
+    IntervalC const none = IntervalC::none();
     unsigned int slot = firstResult_;
     for (InstructionS const &in : program_) {
         IntervalC const &a = v[in.a];
@@ -231,11 +256,57 @@ IntervalC CompiledExpressionC::evaluate(IntervalC const &x) const {
         case NEG: v[slot] = IntervalC::neg(a); break;
         case POW: v[slot] = IntervalC::pow(a, v[in.b]); break;
         case POW_INT: v[slot] = IntervalC::powInt(a, in.arg); break;
-        default: v[slot] = applyFunction(in.arg, a); break;
+        case FUNCTION: v[slot] = in.function->interval(a, none); break;
+        default: v[slot] = in.function->interval(a, v[in.b]); break;
         }
         ++slot;
     }
     return v[resultSlot_];
+}
+
+IntervalC CompiledExpressionC::evaluateWide(IntervalC const &x) const {
+    IntervalC values[NodeABC::VARIABLE_COUNT] = {x, IntervalC::none(), IntervalC::none(), IntervalC::none()};
+    return evaluateWideWith(values);
+}
+
+IntervalC CompiledExpressionC::evaluateWideWith(IntervalC const *values) const {
+    if (wides_.size() != intervals_.size()) {
+        wides_.assign(intervals_.size(), WideIntervalC());
+        for (unsigned int i = 0; i < constants_.size(); ++i)
+            wides_[NodeABC::VARIABLE_COUNT + i] = WideIntervalC::fromDouble(IntervalC::point(constants_[i]));
+    }
+    for (unsigned int i = 0; i < NodeABC::VARIABLE_COUNT; ++i) wides_[i] = WideIntervalC::fromDouble(values[i]);
+    // The double run's notes do not carry into the wide one.
+    for (unsigned int i = 0; i < NodeABC::VARIABLE_COUNT; ++i) wides_[i].overflow = false;
+    return runWide();
+}
+
+IntervalC CompiledExpressionC::runWide() const {
+    using W = WideIntervalC;
+    W *v = wides_.data();
+    W const none = W::fromDouble(IntervalC::none());
+    unsigned int slot = firstResult_;
+    for (InstructionS const &in : program_) {
+        W const &a = v[in.a];
+        W const &b = in.op == FUNCTION ? none : v[in.b];
+        switch (in.op) {
+        case ADD: v[slot] = W::add(a, b); break;
+        case SUB: v[slot] = W::sub(a, b); break;
+        case MUL: v[slot] = W::mul(a, b); break;
+        case DIV: v[slot] = W::div(a, b); break;
+        case NEG: v[slot] = W::neg(a); break;
+        case POW: v[slot] = W::pow(a, b); break;
+        case POW_INT: v[slot] = W::powInt(a, in.arg); break;
+        default:
+            // A function with no long double version runs on doubles: sound,
+            // as its inputs' bounds are rounded outward.
+            v[slot] = in.function->wide ? in.function->wide(a, b)
+                                        : W::fromDouble(in.function->interval(a.toDouble(), b.toDouble()));
+            break;
+        }
+        ++slot;
+    }
+    return v[resultSlot_].toDouble();
 }
 
 } // namespace algexpr

@@ -12,13 +12,11 @@ ParentNodeABC::ChildrenT single(std::unique_ptr<NodeABC> operand) {
     return children;
 }
 
-char const *const names[] = {"sin",  "cos", "tan", "asin",  "acos",  "atan",  "sinh", "cosh", "tanh",
-                             "exp",  "ln",  "log10", "sqrt", "abs", "floor", "ceil", "sign"};
-
 } // namespace
 
 CoreFunctionNodeC::CoreFunctionNodeC(int code, std::unique_ptr<NodeABC> operand)
     : ParentNodeABC(single(std::move(operand))), code_(code) {}
+CoreFunctionNodeC::CoreFunctionNodeC(int code, ChildrenT operands) : ParentNodeABC(std::move(operands)), code_(code) {}
 CoreFunctionNodeC::~CoreFunctionNodeC() {}
 
 unsigned short const *CoreFunctionNodeC::getCastableId() {
@@ -31,20 +29,23 @@ void *CoreFunctionNodeC::lookUpBase(unsigned short const *id) const {
 }
 
 char const *CoreFunctionNodeC::name(int code) {
-    if (code < FIRST_CODE || code > LAST_CODE) return nullptr;
-    return names[code - FIRST_CODE];
+    FunctionRowS const *r = row(code);
+    return r ? r->name : nullptr;
 }
 
-int CoreFunctionNodeC::codeOf(std::string const &text) {
-    for (int code = FIRST_CODE; code <= LAST_CODE; ++code)
-        if (text == names[code - FIRST_CODE]) return code;
-    return 0;
+unsigned int CoreFunctionNodeC::arity(int code) {
+    FunctionRowS const *r = row(code);
+    return r ? r->arity : 0;
 }
 
-double CoreFunctionNodeC::evaluate(double x) const { return apply(code_, child(0)->evaluate(x)); }
+double CoreFunctionNodeC::evaluateWith(double const *values) const {
+    double a = child(0)->evaluateWith(values);
+    NodeABC const *second = child(1);
+    return apply(code_, a, second ? second->evaluateWith(values) : std::nan(""));
+}
 
 std::unique_ptr<NodeABC> CoreFunctionNodeC::clone() const {
-    return std::unique_ptr<NodeABC>(new CoreFunctionNodeC(code_, child(0)->clone()));
+    return std::unique_ptr<NodeABC>(new CoreFunctionNodeC(code_, cloneChildren()));
 }
 
 void CoreFunctionNodeC::appendPrefix(std::string &out) const {

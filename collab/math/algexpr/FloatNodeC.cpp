@@ -21,7 +21,7 @@ void *FloatNodeC::lookUpBase(unsigned short const *id) const {
     return id == getCastableId() ? self() : NodeABC::lookUpBase(id);
 }
 
-double FloatNodeC::evaluate(double) const { return value_->toDouble(); }
+double FloatNodeC::evaluateWith(double const *) const { return value_->toDouble(); }
 
 std::unique_ptr<NodeABC> FloatNodeC::clone() const { return std::unique_ptr<NodeABC>(new FloatNodeC(value_->clone())); }
 

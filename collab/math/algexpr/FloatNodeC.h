@@ -22,7 +22,7 @@ public:
 
     FloatValueABC const *getValue() const { return value_.get(); }
 
-    double evaluate(double x) const override;
+    double evaluateWith(double const *values) const override;
     std::unique_ptr<NodeABC> clone() const override;
     // The shortest decimal text that reads back as the same double
     // ("0.1", "-2", "1e+300", "inf", "nan").

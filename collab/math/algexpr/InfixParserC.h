@@ -27,14 +27,26 @@ private:
     std::unique_ptr<NodeABC> parseProduct();
     std::unique_ptr<NodeABC> parseSigned();
     std::unique_ptr<NodeABC> parsePower();
+    std::unique_ptr<NodeABC> parsePostfix();
     std::unique_ptr<NodeABC> parsePrimary();
     std::unique_ptr<NodeABC> parseNumber();
     std::unique_ptr<NodeABC> parseName();
+    std::unique_ptr<NodeABC> parseFunction(int code, std::string const &name);
+    std::unique_ptr<NodeABC> parseSimpleOperand();
+    std::unique_ptr<NodeABC> parseExponentSuffix(std::unique_ptr<NodeABC> base, bool allowCaret);
 
     void skipSpace();
-    bool startsPrimary();
-    // The longest known name (function, x, pi, e) at the current place.
+    // Whether the text at the current place starts with token (bytes); accept
+    // also steps over it.
+    bool at(char const *token) const;
+    bool accept(char const *token);
+    bool startsPrimary() const;
+    // A run of superscript digits with an optional leading superscript minus
+    // (x², x⁻¹): true, with its value, when one starts here.
+    bool acceptSuperscript(int &value);
+    // The longest known name (function, variable, constant) at this place.
     std::string matchName() const;
+    bool enter();
     // Checks a new node's height; false (with the error set) when too deep.
     bool heightOk(NodeABC const &node);
     std::nullptr_t fail(std::string const &what);
@@ -44,6 +56,7 @@ private:
     std::string *error_;
     std::size_t pos_;
     unsigned int depth_;
+    unsigned int bars_; // absolute-value bars open around this place
     bool failed_;
 };
 

@@ -1,5 +1,7 @@
 #include "collab/math/algexpr/NodeABC.h"
 
+#include <limits>
+
 namespace qelt {
 namespace math {
 namespace algexpr {
@@ -15,6 +17,12 @@ unsigned short const *NodeABC::getCastableId() {
 void *NodeABC::lookUpBase(unsigned short const *id) const { return id == getCastableId() ? self() : nullptr; }
 
 unsigned int NodeABC::getChildCount() const { return 0; }
+
+double NodeABC::evaluate(double x) const {
+    double const none = std::numeric_limits<double>::quiet_NaN();
+    double const values[VARIABLE_COUNT] = {x, none, none, none};
+    return evaluateWith(values);
+}
 
 } // namespace algexpr
 } // namespace math

@@ -8,8 +8,8 @@ namespace qelt {
 namespace math {
 namespace algexpr {
 
-// A node of an expression tree in the one variable x. A node owns its
-// children; trees are immutable once built.
+// A node of an expression tree in the variables x, y, t and theta. A node
+// owns its children; trees are immutable once built.
 //
 // Every node knows its height (1 for a leaf), so that the parsers can refuse
 // trees whose recursive walks (evaluation, printing, destruction) would run
@@ -28,9 +28,15 @@ public:
         return static_cast<T *>(lookUpBase(T::getCastableId()));
     }
 
-    // The value at x by walking the tree (the reference evaluation; a graph
-    // runs a CompiledExpressionC instead).
-    virtual double evaluate(double x) const = 0;
+    // The number of variables, and their places in a values array.
+    static unsigned int const VARIABLE_COUNT = 4;
+
+    // The value for the variables' values (VARIABLE_COUNT of them, in the
+    // order of VariableNodeC::IndexE) by walking the tree: the reference
+    // evaluation; a graph runs a CompiledExpressionC instead.
+    virtual double evaluateWith(double const *values) const = 0;
+    // The value at x, the other variables without a value (NaN).
+    double evaluate(double x) const;
     virtual std::unique_ptr<NodeABC> clone() const = 0;
     // Appends the node in prefix form, tokens separated by single spaces.
     virtual void appendPrefix(std::string &out) const = 0;

@@ -28,10 +28,10 @@ char const *OperatorNodeC::symbol(OperatorE op) {
     return "?";
 }
 
-double OperatorNodeC::evaluate(double x) const {
-    double a = child(0)->evaluate(x);
+double OperatorNodeC::evaluateWith(double const *values) const {
+    double a = child(0)->evaluateWith(values);
     if (op_ == NEGATE) return -a;
-    return apply(op_, a, child(1)->evaluate(x));
+    return apply(op_, a, child(1)->evaluateWith(values));
 }
 
 std::unique_ptr<NodeABC> OperatorNodeC::clone() const {

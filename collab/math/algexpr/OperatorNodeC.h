@@ -61,7 +61,7 @@ public:
         return a;
     }
 
-    double evaluate(double x) const override;
+    double evaluateWith(double const *values) const override;
     std::unique_ptr<NodeABC> clone() const override;
     void appendPrefix(std::string &out) const override;
 

@@ -41,8 +41,15 @@ bool operatorOf(std::string const &token, OperatorNodeC::OperatorE &op) {
     return false;
 }
 
+// The index of a variable's token, or -1.
+int variableOf(std::string const &token) {
+    for (int i = VariableNodeC::X; i <= VariableNodeC::THETA; ++i)
+        if (token == VariableNodeC::name(static_cast<VariableNodeC::IndexE>(i))) return i;
+    return -1;
+}
+
 std::unique_ptr<NodeABC> build(PendingS &p) {
-    if (p.isFunction) return std::unique_ptr<NodeABC>(new CoreFunctionNodeC(p.code, std::move(p.operands[0])));
+    if (p.isFunction) return std::unique_ptr<NodeABC>(new CoreFunctionNodeC(p.code, std::move(p.operands)));
     return std::unique_ptr<NodeABC>(
         new OperatorNodeC(static_cast<OperatorNodeC::OperatorE>(p.code), std::move(p.operands)));
 }
@@ -90,8 +97,9 @@ std::unique_ptr<NodeABC> PrefixParserC::parse(std::u16string const &text, std::s
         int code = CoreFunctionNodeC::codeOf(token);
         double value = 0;
         bool outOfRange = false;
-        if (token == "x") {
-            leaf.reset(new VariableNodeC());
+        int variable = variableOf(token);
+        if (variable >= 0) {
+            leaf.reset(new VariableNodeC(static_cast<VariableNodeC::IndexE>(variable)));
         } else if (code != 0 || operatorOf(token, op)) {
             // Every waiting operator adds a level to the tree.
             if (pending.size() >= AlgebraicExpressionC::MAX_DEPTH - 1) {
@@ -101,7 +109,7 @@ std::unique_ptr<NodeABC> PrefixParserC::parse(std::u16string const &text, std::s
                 return nullptr;
             }
             if (code != 0)
-                pending.push_back(PendingS{true, code, 1, {}});
+                pending.push_back(PendingS{true, code, CoreFunctionNodeC::arity(code), {}});
             else
                 pending.push_back(PendingS{false, static_cast<int>(op), OperatorNodeC::arity(op), {}});
             continue;
@@ -112,7 +120,8 @@ std::unique_ptr<NodeABC> PrefixParserC::parse(std::u16string const &text, std::s
             }
             leaf.reset(new FloatNodeC(value));
         } else {
-            fail(error, "expected a number, x, an operator or a function name but found '" + token + "'", start + 1);
+            fail(error, "expected a number, a variable, an operator or a function name but found '" + token + "'",
+                 start + 1);
             return nullptr;
         }
         // Hand the finished operand up until an operator still waits for more.

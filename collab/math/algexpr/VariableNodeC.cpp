@@ -4,7 +4,7 @@ namespace qelt {
 namespace math {
 namespace algexpr {
 
-VariableNodeC::VariableNodeC() {}
+VariableNodeC::VariableNodeC(IndexE index) : index_(index) {}
 VariableNodeC::~VariableNodeC() {}
 
 unsigned short const *VariableNodeC::getCastableId() {
@@ -16,11 +16,16 @@ void *VariableNodeC::lookUpBase(unsigned short const *id) const {
     return id == getCastableId() ? self() : NodeABC::lookUpBase(id);
 }
 
-double VariableNodeC::evaluate(double x) const { return x; }
+char const *VariableNodeC::name(IndexE index) {
+    static char const *const names[] = {"x", "y", "t", "theta"};
+    return names[index];
+}
 
-std::unique_ptr<NodeABC> VariableNodeC::clone() const { return std::unique_ptr<NodeABC>(new VariableNodeC()); }
+double VariableNodeC::evaluateWith(double const *values) const { return values[index_]; }
 
-void VariableNodeC::appendPrefix(std::string &out) const { out.push_back('x'); }
+std::unique_ptr<NodeABC> VariableNodeC::clone() const { return std::unique_ptr<NodeABC>(new VariableNodeC(index_)); }
+
+void VariableNodeC::appendPrefix(std::string &out) const { out.append(name(index_)); }
 
 } // namespace algexpr
 } // namespace math

@@ -1,0 +1,25 @@
+#ifndef QELT_MATH_TRIGREDUCTIONC_H
+#define QELT_MATH_TRIGREDUCTIONC_H
+
+namespace qelt {
+namespace math {
+
+// Reduction of a double argument by pi/2, exact for every finite double.
+//
+// x is the exact real number a double stands for; x * 2/pi is computed with
+// enough bits of 2/pi (1280) that its fraction comes out to about 2^-120
+// even for x near 1e308, where a double division by pi would keep none of
+// it. The closest a double comes to a multiple of pi/2 is about 2^-62, so
+// the reduced argument keeps all its significant bits.
+class TrigReductionC {
+public:
+    // x = (quadrant + t) * pi/2 + a multiple of 2pi, with quadrant in 0..3 and
+    // t in [-1/2, 1/2]; reduced is t * pi/2 (|reduced| <= pi/4), within
+    // |reduced| * 2^-51 of the true value. x must be finite.
+    static void reduce(double x, int &quadrant, double &reduced);
+};
+
+} // namespace math
+} // namespace qelt
+
+#endif
