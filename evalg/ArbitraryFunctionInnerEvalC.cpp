@@ -144,7 +144,6 @@ void ArbitraryFunctionInnerEvalC::endColumn(WalkS &walk) {
 }
 
 void ArbitraryFunctionInnerEvalC::walkColumn(WalkS &walk, SampleS const &left, SampleS const &right) {
-    CompiledExpressionC const &program = *walk.program;
     std::vector<PieceS> &pieces = walk.pieces;
     pieces.clear();
     pieces.push_back(PieceS{left, right, 0});
@@ -156,8 +155,7 @@ void ArbitraryFunctionInnerEvalC::walkColumn(WalkS &walk, SampleS const &left, S
     while (!pieces.empty()) {
         PieceS p = pieces.back();
         pieces.pop_back();
-        IntervalC y = program.evaluate(IntervalC(p.a.x, p.b.x));
-        --walk.budget;
+        IntervalC y = enclose(walk, IntervalC(p.a.x, p.b.x));
         double mid = p.a.x + (p.b.x - p.a.x) * 0.5;
         bool canSplit = walk.budget > 0 && p.a.x < mid && mid < p.b.x;
         int claimedLo = y.empty ? rows : rowOf(y.lo);
@@ -171,8 +169,6 @@ void ArbitraryFunctionInnerEvalC::walkColumn(WalkS &walk, SampleS const &left, S
         claimedLo = clampRow(claimedLo);
         claimedHi = clampRow(claimedHi);
         bool split = false;
-        bool probed = false;
-        SampleS m{};
         // Continuous on a closed piece means bounded there too: an infinite
         // bound (ln of an argument reaching 0) is a break whatever the flags.
         bool continuous = y.clean() && std::isfinite(y.lo) && std::isfinite(y.hi);
@@ -182,21 +178,22 @@ void ArbitraryFunctionInnerEvalC::walkColumn(WalkS &walk, SampleS const &left, S
             bool backed = provenLo <= claimedLo && claimedHi <= provenHi;
             if (!backed && walk.slopes->available()) {
                 // The derivative sharpens the enclosure: a piece where f
-                // provably rises or falls lies between its end values, and
-                // any other within the mean values about its middle.
+                // provably rises or falls lies between its end values, any
+                // other within the mean values about both of its ends.
                 IntervalC slope = walk.slopes->derivative(IntervalC(p.a.x, p.b.x));
                 --walk.budget;
-                IntervalC sharper;
+                IntervalC sharper = IntervalC::whole();
                 if (slope.lo >= 0 || slope.hi <= 0) {
                     sharper = IntervalC(p.a.lo < p.b.lo ? p.a.lo : p.b.lo, p.a.hi > p.b.hi ? p.a.hi : p.b.hi);
-                } else if (p.a.x < mid && mid < p.b.x) {
-                    m = probe(walk, mid);
-                    probed = true;
-                    sharper = m.defined ? IntervalC::add(IntervalC(m.lo, m.hi),
-                                                         IntervalC::mul(slope, IntervalC(p.a.x - mid, p.b.x - mid)))
-                                        : IntervalC::whole();
-                } else {
-                    sharper = IntervalC::whole();
+                } else if (std::isfinite(slope.lo) && std::isfinite(slope.hi)) {
+                    // The offsets from each end, rounded outward.
+                    IntervalC width = IntervalC::sub(IntervalC::point(p.b.x), IntervalC::point(p.a.x));
+                    IntervalC fromA = IntervalC::add(IntervalC(p.a.lo, p.a.hi),
+                                                     IntervalC::mul(slope, IntervalC(0.0, width.hi)));
+                    IntervalC fromB = IntervalC::add(IntervalC(p.b.lo, p.b.hi),
+                                                     IntervalC::mul(slope, IntervalC(-width.hi, 0.0)));
+                    sharper = IntervalC(fromA.lo > fromB.lo ? fromA.lo : fromB.lo,
+                                        fromA.hi < fromB.hi ? fromA.hi : fromB.hi);
                 }
                 if (!sharper.empty && sharper.lo <= sharper.hi) {
                     int sharpLo = rowOf(sharper.lo), sharpHi = rowOf(sharper.hi);
@@ -241,7 +238,7 @@ void ArbitraryFunctionInnerEvalC::walkColumn(WalkS &walk, SampleS const &left, S
             double simple = simplestBetween(p.a.x + quarter, p.b.x - quarter);
             if (p.a.x < simple && simple < p.b.x) at = simple;
         }
-        if (!probed || at != mid) m = probe(walk, at);
+        SampleS m = probe(walk, at);
         pieces.push_back(PieceS{m, p.b, p.depth + 1});
         pieces.push_back(PieceS{p.a, m, p.depth + 1});
     }
@@ -401,9 +398,20 @@ void ArbitraryFunctionInnerEvalC::pointStretch(WalkS &walk, SampleS const &sampl
     endStretch(walk);
 }
 
-ArbitraryFunctionInnerEvalC::SampleS ArbitraryFunctionInnerEvalC::probe(WalkS &walk, double x) const {
-    IntervalC y = walk.program->evaluate(IntervalC(x, x));
+// The program over x; where a bound left the double range (exp(x)/exp(x) at
+// 710) once more in the wider exponent range of long double.
+IntervalC ArbitraryFunctionInnerEvalC::enclose(WalkS &walk, IntervalC const &x) const {
+    IntervalC y = walk.program->evaluate(x);
     --walk.budget;
+    if (y.overflow) {
+        y = walk.program->evaluateWide(x);
+        --walk.budget;
+    }
+    return y;
+}
+
+ArbitraryFunctionInnerEvalC::SampleS ArbitraryFunctionInnerEvalC::probe(WalkS &walk, double x) const {
+    IntervalC y = enclose(walk, IntervalC(x, x));
     // At a point a possible jump is either a step's own value (floor at an
     // integer: a tight enclosure) or a division by an exact zero, whose
     // enclosure is loose (atan(1/0)) or unbounded: no value of the function.

@@ -159,6 +159,7 @@ private:
     // echo: also into the column on the left when the sample is on its edge.
     void pointStretch(WalkS &walk, SampleS const &sample, bool echo);
 
+    math::IntervalC enclose(WalkS &walk, math::IntervalC const &x) const;
     SampleS probe(WalkS &walk, double x) const;
     SampleS sampleOf(double x, double lo, double hi) const;
     int rowOf(double y) const;

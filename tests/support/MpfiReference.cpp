@@ -180,6 +180,48 @@ Defined function(int code, mpfi_t v, mpfi_t out) {
         mpfr_clear(hi);
         return Defined::EVERYWHERE;
     }
+    case CoreFunctionNodeC::ASINH: mpfi_asinh(out, v); return Defined::EVERYWHERE;
+    case CoreFunctionNodeC::CBRT: mpfi_cbrt(out, v); return Defined::EVERYWHERE;
+    case CoreFunctionNodeC::ATANH:
+    case CoreFunctionNodeC::ACOSH:
+        // Open at the ends of their domains: (-1, 1) and [1, inf).
+        if (code == CoreFunctionNodeC::ATANH) {
+            if (!clip(v, -1, 1, cut)) return Defined::NOWHERE;
+            mpfi_atanh(out, v);
+            if (mpfi_is_inside_d(1.0, v) || mpfi_is_inside_d(-1.0, v)) return Defined::SOMEWHERE;
+        } else {
+            if (!clip(v, 1, inf, cut)) return Defined::NOWHERE;
+            mpfi_acosh(out, v);
+        }
+        return cut ? Defined::SOMEWHERE : Defined::EVERYWHERE;
+    case CoreFunctionNodeC::LOG2: {
+        Interval ln;
+        Defined d = function(CoreFunctionNodeC::LN, v, ln.v);
+        if (d == Defined::NOWHERE) return d;
+        Interval ln2;
+        mpfi_const_log2(ln2.v);
+        mpfi_div(out, ln.v, ln2.v);
+        return d;
+    }
+    case CoreFunctionNodeC::SEC:
+    case CoreFunctionNodeC::CSC:
+    case CoreFunctionNodeC::COT: {
+        Interval num, den;
+        if (code == CoreFunctionNodeC::COT) mpfi_cos(num.v, v); else mpfi_set_d(num.v, 1.0);
+        if (code == CoreFunctionNodeC::SEC) mpfi_cos(den.v, v); else mpfi_sin(den.v, v);
+        return divide(out, num.v, den.v);
+    }
+    case CoreFunctionNodeC::ERF: {
+        mpfr_t lo, hi;
+        mpfr_init2(lo, precision);
+        mpfr_init2(hi, precision);
+        mpfr_erf(lo, &v->left, MPFR_RNDD);
+        mpfr_erf(hi, &v->right, MPFR_RNDU);
+        mpfi_interv_fr(out, lo, hi);
+        mpfr_clear(lo);
+        mpfr_clear(hi);
+        return Defined::EVERYWHERE;
+    }
     case CoreFunctionNodeC::SIGN: {
         double lo = mpfr_sgn(&v->left) > 0 ? 1.0 : (mpfr_sgn(&v->left) < 0 ? -1.0 : 0.0);
         double hi = mpfr_sgn(&v->right) > 0 ? 1.0 : (mpfr_sgn(&v->right) < 0 ? -1.0 : 0.0);
@@ -229,7 +271,37 @@ Defined evaluate(NodeABC const &node, mpfi_t x, mpfi_t out) {
         Interval a;
         Defined da = evaluate(*fn->child(0), x, a.v);
         if (da == Defined::NOWHERE) return da;
-        return worst(da, function(fn->getCode(), a.v, out));
+        if (fn->getChildCount() == 1) return worst(da, function(fn->getCode(), a.v, out));
+        Interval b;
+        Defined db = evaluate(*fn->child(1), x, b.v);
+        if (db == Defined::NOWHERE) return db;
+        Defined d = worst(da, db);
+        switch (fn->getCode()) {
+        case CoreFunctionNodeC::MIN:
+        case CoreFunctionNodeC::MAX: {
+            // Both ends of the min (max) are the min (max) of the ends.
+            mpfr_t lo, hi;
+            mpfr_init2(lo, precision);
+            mpfr_init2(hi, precision);
+            bool min = fn->getCode() == CoreFunctionNodeC::MIN;
+            (min ? mpfr_min : mpfr_max)(lo, &a.v->left, &b.v->left, MPFR_RNDD);
+            (min ? mpfr_min : mpfr_max)(hi, &a.v->right, &b.v->right, MPFR_RNDU);
+            mpfi_interv_fr(out, lo, hi);
+            mpfr_clear(lo);
+            mpfr_clear(hi);
+            return d;
+        }
+        case CoreFunctionNodeC::LOG_BASE: {
+            // log(b, x) = ln x / ln b.
+            Interval lb, lx;
+            Defined dl = worst(function(CoreFunctionNodeC::LN, a.v, lb.v), function(CoreFunctionNodeC::LN, b.v, lx.v));
+            if (dl == Defined::NOWHERE) return dl;
+            return worst(worst(d, dl), divide(out, lx.v, lb.v));
+        }
+        default: break;
+        }
+        setWhole(out);
+        return Defined::SOMEWHERE;
     }
     setWhole(out);
     return Defined::SOMEWHERE;
