@@ -78,22 +78,12 @@ double ParabolaWalkBC::roundUp(AxisS const &axis, double v) const {
     return axis.rows ? round_to_top(v) : round_to_right(v);
 }
 
-void ParabolaWalkBC::emitRun(AxisS const &axis, double at, double from, double to, SetP set, bool prepend) {
-    if (axis.rows) {
-        if (prepend)
-            prependPixelPointsXYSwapped(at, from, to, set);
-        else
-            appendPixelPointsXYSwapped(at, from, to, set);
-    } else if (prepend) {
-        prependPixelPoints(at, from, to, set);
-    } else {
-        appendPixelPoints(at, from, to, set);
-    }
+void ParabolaWalkBC::emitRun(AxisS const &axis, double at, double from, double to, bool prepend) {
+    pushSpan(axis.rows ? ROWS : COLUMNS, prepend ? FRONT : BACK, at, from, to);
 }
 
-void ParabolaWalkBC::walkAppendingHalf(AxisS const &axis, double x, double y, double d2, double c, double h,
-                                       SetP set) {
-    addStartMarker(nextMarker(set));
+void ParabolaWalkBC::walkAppendingHalf(AxisS const &axis, double x, double y, double d2, double c, double h) {
+    openStretch();
     // One d2 short of the first step's difference: the loop adds d2 first.
     double d1 = ((x - h) * 2.0 - axis.step) * axis.step * c;
     if (x < axis.max) {
@@ -107,20 +97,19 @@ void ParabolaWalkBC::walkAppendingHalf(AxisS const &axis, double x, double y, do
             if (xNext == x) break;
             d1 = d1 + d2;
             double yNext = d1 + y;
-            emitRun(axis, xNext - axis.halfStep, y, yNext, set, false);
+            emitRun(axis, xNext - axis.halfStep, y, yNext, false);
             x = xNext;
             y = yNext;
         } while (xNext < axis.max);
     }
-    addEndMarker(lastMarker(set));
+    closeStretch();
 }
 
-void ParabolaWalkBC::walkPrependingHalf(AxisS const &axis, double x, double y, double d2, double c, double h,
-                                        SetP set) {
+void ParabolaWalkBC::walkPrependingHalf(AxisS const &axis, double x, double y, double d2, double c, double h) {
     // Slot 0, not the next slot: the prepending half marks the set's current
     // first point (on an empty set, the spare slot the next append takes).
     // This differs from the appending half on purpose.
-    addStartMarker(firstMarker(set));
+    openStretchAt(0);
     double d1 = ((h - x) * 2.0 - axis.step) * axis.step * c;
     if (x > axis.min) {
         double xNext;
@@ -131,18 +120,18 @@ void ParabolaWalkBC::walkPrependingHalf(AxisS const &axis, double x, double y, d
             if (xNext == x) break;
             d1 = d1 + d2;
             double yNext = d1 + y;
-            emitRun(axis, axis.halfStep + xNext, y, yNext, set, true);
+            emitRun(axis, axis.halfStep + xNext, y, yNext, true);
             x = xNext;
             y = yNext;
         } while (xNext > axis.min);
     }
     // The last point of the set, as in the appending half: the prepending
     // half's own end point is its first-emitted one, next to the vertex.
-    addEndMarker(lastMarker(set));
+    closeStretch();
 }
 
-void ParabolaWalkBC::emitVertexRun(AxisS const &axis, double yFar, double c, double h, double k, SetP set) {
-    addStartMarker(nextMarker(set));
+void ParabolaWalkBC::emitVertexRun(AxisS const &axis, double yFar, double c, double h, double k) {
+    openStretch();
     // The centre of the vertex's pixel by the column rounding, also when rows
     // are walked (then applied to a y): kept so, not the row rounding.
     double xc = round_to_hcentre(h);
@@ -154,8 +143,8 @@ void ParabolaWalkBC::emitVertexRun(AxisS const &axis, double yFar, double c, dou
         from = yFar > axis.valueLow ? yFar : axis.valueLow;
         to = k < axis.valueHigh ? k : axis.valueHigh;
     }
-    emitRun(axis, xc, from, to, set, false);
-    addEndMarker(lastMarker(set));
+    emitRun(axis, xc, from, to, false);
+    closeStretch();
 }
 
 } // namespace evalg

@@ -60,12 +60,12 @@ protected:
 
     // The half walked towards lower x, from the edge x where the curve has
     // value y; prepends, so the set keeps reading from low to high x.
-    void walkPrependingHalf(AxisS const &axis, double x, double y, double d2, double c, double h, SetP set);
+    void walkPrependingHalf(AxisS const &axis, double x, double y, double d2, double c, double h);
     // The half walked towards higher x; appends.
-    void walkAppendingHalf(AxisS const &axis, double x, double y, double d2, double c, double h, SetP set);
+    void walkAppendingHalf(AxisS const &axis, double x, double y, double d2, double c, double h);
     // The run of the vertex's own pixel, from the far value yFar to k, clamped
     // to the window's outer edges.
-    void emitVertexRun(AxisS const &axis, double yFar, double c, double h, double k, SetP set);
+    void emitVertexRun(AxisS const &axis, double yFar, double c, double h, double k);
 
 private:
     bool firstHalfStart(AxisS const &axis, double c, double h, double k, double fLow, double fHigh,
@@ -75,7 +75,7 @@ private:
     static bool vertexRunFar(AxisS const &axis, double c, double k, double yl, double yr, double &yFar);
     double roundDown(AxisS const &axis, double v) const;
     double roundUp(AxisS const &axis, double v) const;
-    void emitRun(AxisS const &axis, double at, double from, double to, SetP set, bool prepend);
+    void emitRun(AxisS const &axis, double at, double from, double to, bool prepend);
 };
 
 } // namespace evalg

@@ -74,6 +74,22 @@ bool GraphDataSetWinC::reserveBack() {
     return relocate(begin_, count > MIN_GROWTH ? count : MIN_GROWTH);
 }
 
+// Room for n more at one end: at least n, and at least as much again as is
+// held, so that repeated bulk writes stay amortised O(1) per point.
+bool GraphDataSetWinC::growFront(std::size_t n) {
+    std::size_t count = end_ - begin_;
+    std::size_t room = count > MIN_GROWTH ? count : MIN_GROWTH;
+    if (n > MAX_POINTS) return false;
+    return relocate(room > n ? room : n, capacity_ - end_);
+}
+
+bool GraphDataSetWinC::growBack(std::size_t n) {
+    std::size_t count = end_ - begin_;
+    std::size_t room = count > MIN_GROWTH ? count : MIN_GROWTH;
+    if (n > MAX_POINTS) return false;
+    return relocate(begin_, room > n ? room : n);
+}
+
 bool GraphDataSetWinC::appendGrowing(POINT const &point, unsigned char const &marker) {
     POINT p = point; // the argument may live in this set's own storage
     if (!reserveBack()) return false;
