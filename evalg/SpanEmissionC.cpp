@@ -142,10 +142,22 @@ __attribute__((target("avx2"))) inline __m128i floorQuotient4(__m256d n, __m256d
     return _mm256_cvttpd_epi32(fl);
 }
 
-} // namespace
+// Four 64-bit lane masks as four 32-bit ones.
+__attribute__((target("avx2"))) inline __m128i narrow(__m256d mask) {
+    __m128 low = _mm256_castps256_ps128(_mm256_castpd_ps(mask));
+    __m128 high = _mm256_extractf128_ps(_mm256_castpd_ps(mask), 1);
+    return _mm_castps_si128(_mm_shuffle_ps(low, high, _MM_SHUFFLE(2, 0, 2, 0)));
+}
 
-__attribute__((target("avx2"))) std::size_t SpanEmissionC::pointsAvx2(FrameS const &frame, BatchS const &batch,
-                                                                      unsigned n, POINT *out, std::ptrdiff_t dir) {
+// Four spans at a time. ROWS and FRONT are the frame's orientation and the
+// set's end, fixed for a batch. A group with a lane the vector arithmetic
+// cannot settle (an index beyond 32 bits, NaN) goes to the scalar path whole,
+// so the points keep their order.
+template <bool ROWS, bool FRONT>
+__attribute__((target("avx2"))) std::size_t pointsAvx2Oriented(SpanEmissionC::FrameS const &frame,
+                                                              SpanEmissionC::BatchS const &batch, unsigned n,
+                                                              POINT *out) {
+    std::ptrdiff_t const dir = FRONT ? -1 : 1;
     __m256d const gateLow = _mm256_set1_pd(frame.gateLow);
     __m256d const gateHigh = _mm256_set1_pd(frame.gateHigh);
     __m256d const clampLow = _mm256_set1_pd(frame.clampLow);
@@ -156,6 +168,9 @@ __attribute__((target("avx2"))) std::size_t SpanEmissionC::pointsAvx2(FrameS con
     __m256d const runOrigin = _mm256_set1_pd(frame.runOrigin);
     __m256d const runStep = _mm256_set1_pd(frame.runStep);
     __m256d const runReciprocal = _mm256_set1_pd(frame.runReciprocal);
+    __m128i const lastRow = _mm_set1_epi32(frame.pixelRows - 1);
+    __m128i const low16 = _mm_set1_epi32(0xFFFF);
+    __m128i const two = _mm_set1_epi32(2);
     std::ptrdiff_t k = 0;
     unsigned i = 0;
     for (; i + 4 <= n; i += 4) {
@@ -176,35 +191,80 @@ __attribute__((target("avx2"))) std::size_t SpanEmissionC::pointsAvx2(FrameS con
         __m256d endDown = _mm256_blendv_pd(clampLow, y2, _mm256_cmp_pd(y2, clampLow, _CMP_GT_OQ));
         __m256d start = _mm256_blendv_pd(startDown, startUp, rising);
         __m256d end = _mm256_blendv_pd(endDown, endUp, rising);
-        int ascending = _mm256_movemask_pd(_mm256_cmp_pd(start, end, _CMP_LT_OQ));
 
         __m256d bad = _mm256_setzero_pd();
-        alignas(16) int32_t cell[4], first[4], last[4];
-        _mm_store_si128(reinterpret_cast<__m128i *>(cell),
-                        floorQuotient4(_mm256_sub_pd(at, atOrigin), atStep, atReciprocal, bad));
-        _mm_store_si128(reinterpret_cast<__m128i *>(first),
-                        floorQuotient4(_mm256_sub_pd(start, runOrigin), runStep, runReciprocal, bad));
-        _mm_store_si128(reinterpret_cast<__m128i *>(last),
-                        floorQuotient4(_mm256_sub_pd(end, runOrigin), runStep, runReciprocal, bad));
-        int scalar = _mm256_movemask_pd(bad) & ~dropped;
+        __m128i cell = floorQuotient4(_mm256_sub_pd(at, atOrigin), atStep, atReciprocal, bad);
+        __m128i first = floorQuotient4(_mm256_sub_pd(start, runOrigin), runStep, runReciprocal, bad);
+        __m128i last = floorQuotient4(_mm256_sub_pd(end, runOrigin), runStep, runReciprocal, bad);
+        if (_mm256_movemask_pd(bad) & ~dropped) {
+            for (unsigned j = i; j < i + 4; ++j)
+                k += scalarSpan(frame, batch.at[j], batch.from[j], batch.to[j], out + k * dir, out + (k + 1) * dir);
+            continue;
+        }
+        // The indices as the scalar conversions keep them: the cell and the
+        // last index unsigned 16 bits, the first signed 16 bits.
+        cell = _mm_and_si128(cell, low16);
+        first = _mm_srai_epi32(_mm_slli_epi32(first, 16), 16);
+        last = _mm_and_si128(last, low16);
 
+        // Count of points per lane, place()'s rule: none when the start
+        // index lies beyond the end index (after clamping), one when they
+        // are equal, else two. The 64-bit lane masks are narrowed to 32 bits.
+        __m128i ascending = narrow(_mm256_cmp_pd(start, end, _CMP_LT_OQ));
+        __m128i none = _mm_or_si128(_mm_or_si128(_mm_and_si128(ascending, _mm_cmpgt_epi32(first, last)),
+                                                 _mm_andnot_si128(ascending, _mm_cmplt_epi32(first, last))),
+                                    narrow(drop));
+        __m128i count = _mm_andnot_si128(none, _mm_add_epi32(two, _mm_cmpeq_epi32(first, last)));
+
+        // Both points of each lane, x then y, as place() forms them.
+        __m128i x0, y0, x1, y1i;
+        if (ROWS) {
+            x0 = first;
+            x1 = last;
+            y0 = y1i = _mm_sub_epi32(lastRow, cell);
+        } else {
+            x0 = x1 = cell;
+            y0 = _mm_sub_epi32(lastRow, first);
+            y1i = _mm_sub_epi32(lastRow, last);
+        }
+        __m128i p0Low = _mm_unpacklo_epi32(x0, y0), p0High = _mm_unpackhi_epi32(x0, y0);
+        __m128i p1Low = _mm_unpacklo_epi32(x1, y1i), p1High = _mm_unpackhi_epi32(x1, y1i);
+        __m128i pairs[4];
+        if (FRONT) {
+            // Written downwards: the end point sits below the start point.
+            pairs[0] = _mm_unpacklo_epi64(p1Low, p0Low);
+            pairs[1] = _mm_unpackhi_epi64(p1Low, p0Low);
+            pairs[2] = _mm_unpacklo_epi64(p1High, p0High);
+            pairs[3] = _mm_unpackhi_epi64(p1High, p0High);
+        } else {
+            pairs[0] = _mm_unpacklo_epi64(p0Low, p1Low);
+            pairs[1] = _mm_unpackhi_epi64(p0Low, p1Low);
+            pairs[2] = _mm_unpacklo_epi64(p0High, p1High);
+            pairs[3] = _mm_unpackhi_epi64(p0High, p1High);
+        }
+        alignas(16) int32_t counts[4];
+        _mm_store_si128(reinterpret_cast<__m128i *>(counts), count);
+        // Each lane writes both its slots; the next lane's points overwrite
+        // what the count leaves out. The room holds two points per span.
         for (unsigned j = 0; j < 4; ++j) {
-            if (dropped >> j & 1) continue;
-            POINT *p0 = out + k * dir;
-            POINT *p1 = out + (k + 1) * dir;
-            if (scalar >> j & 1) {
-                k += scalarSpan(frame, batch.at[i + j], batch.from[i + j], batch.to[i + j], p0, p1);
-                continue;
-            }
-            // The low 16 bits, as the scalar conversions keep them.
-            k += place(frame, ascending >> j & 1, uint16_t(uint32_t(cell[j])),
-                       IntegerConversionC::narrow16(uint16_t(uint32_t(first[j]))), uint16_t(uint32_t(last[j])), p0,
-                       p1);
+            POINT *slot = FRONT ? out - k - 1 : out + k;
+            _mm_storeu_si128(reinterpret_cast<__m128i *>(slot), pairs[j]);
+            k += counts[j];
         }
     }
     for (; i < n; ++i)
         k += scalarSpan(frame, batch.at[i], batch.from[i], batch.to[i], out + k * dir, out + (k + 1) * dir);
     return std::size_t(k);
+}
+
+} // namespace
+
+std::size_t SpanEmissionC::pointsAvx2(FrameS const &frame, BatchS const &batch, unsigned n, POINT *out,
+                                      std::ptrdiff_t dir) {
+    if (frame.rows) return dir < 0 ? pointsAvx2Oriented<true, true>(frame, batch, n, out)
+                                   : pointsAvx2Oriented<true, false>(frame, batch, n, out);
+    return dir < 0 ? pointsAvx2Oriented<false, true>(frame, batch, n, out)
+                   : pointsAvx2Oriented<false, false>(frame, batch, n, out);
 }
 
 #else

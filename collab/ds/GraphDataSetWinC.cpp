@@ -90,6 +90,14 @@ bool GraphDataSetWinC::growBack(std::size_t n) {
     return relocate(begin_, room > n ? room : n);
 }
 
+bool GraphDataSetWinC::reserve(std::size_t front, std::size_t back) {
+    std::size_t haveFront = begin_;
+    std::size_t haveBack = capacity_ - end_;
+    if (haveFront >= front && haveBack >= back) return true;
+    if (front > MAX_HINT || back > MAX_HINT) return false;
+    return relocate(haveFront > front ? haveFront : front, haveBack > back ? haveBack : back);
+}
+
 bool GraphDataSetWinC::appendGrowing(POINT const &point, unsigned char const &marker) {
     POINT p = point; // the argument may live in this set's own storage
     if (!reserveBack()) return false;

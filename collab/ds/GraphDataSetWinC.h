@@ -78,6 +78,11 @@ public:
     }
     void commitPrepend(std::size_t n) { begin_ -= n; }
 
+    // Makes room for front more points in front of the first and back more
+    // behind the last, in one step, for a caller that knows what is coming
+    // (a hint like the constructor's: false only when the room cannot be had).
+    bool reserve(std::size_t front, std::size_t back);
+
     // Appends the other set's points with their markers. With flag false this
     // is exactly appending them one by one (a marker pending in this set's slot
     // count merges into the first of them; the other set's spare slots are not
