@@ -12,9 +12,9 @@
 #include <limits>
 #include <vector>
 
+#include "ProbeEvalC.h"
 #include "TestSupport.h"
 #include "collab/ds/PixelPointC.h"
-#include "evalg/CartesianRelationGraphEvalHelperC.h"
 #include "evalg/SpanEmissionC.h"
 
 using namespace evalgtest;
@@ -26,22 +26,9 @@ namespace {
 double const NaN = std::numeric_limits<double>::quiet_NaN();
 double const Inf = std::numeric_limits<double>::infinity();
 
-// Opens the buffered emission of the helper.
-class Emitter : public qelt::mathapp::evalg::CartesianRelationGraphEvalHelperC {
+// Opens the buffered emission of the helper, besides what the probe opens.
+class Emitter : public ProbeEvalC {
 public:
-    PointerTC<GraphDataSetWinC> evaluateGraph(qelt::mathapp::esb::CartesianRelationServiceIC &,
-                                              PointerTC<GraphicalDomainC>) override {
-        return PointerTC<GraphDataSetWinC>();
-    }
-    using GraphDomainEvalC::setDomain;
-    using GraphDomainEvalC::leftEdge;
-    using GraphDomainEvalC::rightEdge;
-    using GraphDomainEvalC::bottomEdge;
-    using GraphDomainEvalC::topEdge;
-    using GraphDomainEvalC::xStep;
-    using GraphDomainEvalC::yStep;
-    using GraphDomainEvalC::yHalfStep;
-    using GraphDomainEvalC::pixelRows;
     using CartesianRelationGraphEvalHelperC::AxisE;
     using CartesianRelationGraphEvalHelperC::EndE;
     using CartesianRelationGraphEvalHelperC::bindSpans;
