@@ -109,6 +109,7 @@ void CircleAndEllipseCommonEvalC::plot(double a, double b, double h, double k, d
         }
     }
     // Empty sets are joined too; they add nothing.
+    bindSpans(target.get());
     for (int i = 0; i < 8; ++i) target->appendPixelPoints(sets[i], false);
 }
 
@@ -204,6 +205,8 @@ void CircleAndEllipseCommonEvalC::plot_eighth(double au, double av, double cu, d
     lastPointVisible = false;
     bool left = false;
     if (!set) return;
+    // The octant's points go to its own set, as single-point spans.
+    bindSpans(set.get());
     double uEdge = swap ? bottomEdge : leftEdge;
     double vEdge = swap ? leftEdge : bottomEdge;
     double uCell = std::fabs(du);
@@ -233,7 +236,7 @@ void CircleAndEllipseCommonEvalC::plot_eighth(double au, double av, double cu, d
     double Hv = 2 * A * dv * dv;
 
     // The slope point belongs to the swapped octant of its pair.
-    if (swap) plot_point(U, V, swap, prepend, &left, set);
+    if (swap) plot_point(U, V, swap, prepend, &left);
 
     // The pixel boundary nearest the centre.
     double uEnd = uEdge + std::floor((cu - uEdge) / uCell + 0.5) * uCell;
@@ -259,7 +262,7 @@ void CircleAndEllipseCommonEvalC::plot_eighth(double au, double av, double cu, d
         ++stepCount;
         if (F < 0) { // midpoint inside: step outwards on v first, as its own point
             V = V + dv;
-            plot_point(U, V, swap, prepend, &left, set);
+            plot_point(U, V, swap, prepend, &left);
             if (left) break;
             F = Gv + Gu + F;
             Gv = Hv + Gv;
@@ -270,12 +273,12 @@ void CircleAndEllipseCommonEvalC::plot_eighth(double au, double av, double cu, d
         double U2 = U + du;
         if (U2 == U) break; // the step is lost in rounding
         Gu = Hu + Gu;
-        plot_point(U2, V, swap, prepend, &left, set);
+        plot_point(U2, V, swap, prepend, &left);
         U = U2;
         if (left) break;
     }
 
-    if (lastPointVisible && set->getCount() != 0) {
+    if (lastPointVisible && boundCount() != 0) {
         if (prepend)
             addStartMarker(firstMarker(set));
         else
@@ -333,7 +336,7 @@ CircleAndEllipseCommonEvalC::Reach CircleAndEllipseCommonEvalC::window_reach(dou
     return reach;
 }
 
-void CircleAndEllipseCommonEvalC::plot_point(double u, double v, bool swap, bool prepend, bool *left, SetP set) {
+void CircleAndEllipseCommonEvalC::plot_point(double u, double v, bool swap, bool prepend, bool *left) {
     double x = swap ? v : u;
     double y = swap ? u : v;
     bool visible = x >= leftEdge && x <= rightEdge && y >= bottomEdge && y <= topEdge;
@@ -347,17 +350,18 @@ void CircleAndEllipseCommonEvalC::plot_point(double u, double v, bool swap, bool
             *left = true;
         }
     }
-    if (visible) {
-        if (prepend)
-            prependPixelPoint(x, y, set);
-        else
-            appendPixelPoint(x, y, set);
-    }
+    if (visible) pushSpan(COLUMNS, prepend ? FRONT : BACK, x, y, y);
     // Entering marks the end opposite to the one just written, leaving marks
     // the end written last; on the first entry both ends are the one point.
-    if (marker != 0 && set->getCount() != 0) {
-        unsigned char *slot = (prepend && visible) || (!prepend && !visible) ? lastMarker(set) : firstMarker(set);
-        *slot |= marker;
+    if (marker != 0) {
+        long count = long(boundCount());
+        if (count != 0) {
+            long index = (prepend && visible) || (!prepend && !visible) ? count - 1 : 0;
+            if (marker == ds::PixelPointC::FIRST_VISIBLE)
+                openStretchAt(index);
+            else
+                closeStretchAt(index);
+        }
     }
     lastPointVisible = visible;
 }

@@ -70,7 +70,7 @@ private:
                      bool prepend, SetP set);
     Reach window_reach(double au, double av, double cu, double cv, double du, double dv, double uStart,
                        double vStart, bool swap) const;
-    void plot_point(double u, double v, bool swap, bool prepend, bool *left, SetP set);
+    void plot_point(double u, double v, bool swap, bool prepend, bool *left);
     bool approx_equal(double p, double q, double step, double origin) const;
 
     unsigned long stepCount;

@@ -122,14 +122,20 @@ bool GraphDataSetWinC::appendPixelPoints(oss::PointerTC<GraphDataSetWinC> other,
             i = 1;
         }
     }
-    bool ok = true;
-    // Index afresh every time: other may be this set, whose storage moves.
-    for (; i < n; ++i) {
-        POINT p = other->points_[other->begin_ + i];
-        unsigned char m = other->markers_[other->begin_ + i + 1];
-        ok = appendPixelPoint(p, m) && ok;
-    }
-    return ok;
+    if (i >= n) return true;
+    std::size_t m = n - i;
+    // Room first: other may be this set, whose storage moves when it grows.
+    if (!reserveAppend(m)) return false;
+    POINT const *from = other->points_.get() + other->begin_ + i;
+    unsigned char const *marks = other->markers_.get() + other->begin_ + i + 1;
+    std::copy(from, from + m, points_.get() + end_);
+    // ORed, as appending one by one would: the first slot may hold a pending
+    // marker; the others are 0. Spare slots that hold no point stay 0, so
+    // reading this set's own markers while writing them gives the same.
+    unsigned char *to = markers_.get() + end_ + 1;
+    for (std::size_t j = 0; j < m; ++j) to[j] |= marks[j];
+    end_ += m;
+    return true;
 }
 
 POINT *GraphDataSetWinC::getPixelPoints(unsigned int &count) const {
