@@ -37,11 +37,11 @@ void ParabolaEvalC::calculate(rel::ParabolaC *relation, SetP set) {
 }
 
 void ParabolaEvalC::calculateBottomHalf(double y, double x, double d2, double c, double k) {
-    walkPrependingHalf(rowWalk(), y, x, d2, c, k);
+    walkHalf(rowWalk(), FRONT, y, x, d2, c, k);
 }
 
 void ParabolaEvalC::calculateTopHalf(double y, double x, double d2, double c, double k) {
-    walkAppendingHalf(rowWalk(), y, x, d2, c, k);
+    walkHalf(rowWalk(), BACK, y, x, d2, c, k);
 }
 
 void ParabolaEvalC::calculateVertex(double xFar, double c, double k, double h) {

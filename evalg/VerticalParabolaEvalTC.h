@@ -32,10 +32,10 @@ protected:
 
 private:
     void calculateLeftHalf(double x, double y, double d2, double c, double h) {
-        walkPrependingHalf(columnWalk(), x, y, d2, c, h);
+        walkHalf(columnWalk(), FRONT, x, y, d2, c, h);
     }
     void calculateRightHalf(double x, double y, double d2, double c, double h) {
-        walkAppendingHalf(columnWalk(), x, y, d2, c, h);
+        walkHalf(columnWalk(), BACK, x, y, d2, c, h);
     }
     void calculateVertex(double yFar, double c, double h, double k) {
         emitVertexRun(columnWalk(), yFar, c, h, k);
