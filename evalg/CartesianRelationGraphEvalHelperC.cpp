@@ -91,12 +91,10 @@ void CartesianRelationGraphEvalHelperC::calculateConstant(double y, SetP set) {
     if (!(y >= bottomEdge && y <= topEdge)) return;
     // One point per column, unlike a span.
     uint16_t row = IntegerConversionC::toUInt16(double(int(pixelRows) - 1) - std::floor((y - bottomEdge) / yStep));
-    static unsigned char const none = 0;
-    for (int c = 0; c < int(pixelColumns); ++c) {
-        scratchPoint.x = c;
-        scratchPoint.y = row;
-        set->appendPixelPoint(scratchPoint, none);
-    }
+    POINT *out = set->reserveAppend(pixelColumns);
+    if (!out) return;
+    for (int c = 0; c < int(pixelColumns); ++c) out[c] = POINT{c, row};
+    set->commitAppend(pixelColumns);
 }
 
 void CartesianRelationGraphEvalHelperC::appendPixelPoint(double x, double y, SetP set) {

@@ -42,7 +42,7 @@ double snap(double c, double edge, double step) { return edge + (std::floor((c -
 
 } // namespace
 
-CircleAndEllipseCommonEvalC::CircleAndEllipseCommonEvalC() : reachMargin(3.0), stepCount(0) {}
+CircleAndEllipseCommonEvalC::CircleAndEllipseCommonEvalC() : reachMargin(3.0), stepCount(0), lastPointVisible(false) {}
 CircleAndEllipseCommonEvalC::CircleAndEllipseCommonEvalC(CircleAndEllipseCommonEvalC const &) = default;
 CircleAndEllipseCommonEvalC &CircleAndEllipseCommonEvalC::operator=(CircleAndEllipseCommonEvalC const &) = default;
 CircleAndEllipseCommonEvalC::~CircleAndEllipseCommonEvalC() {}
@@ -167,16 +167,10 @@ void CircleAndEllipseCommonEvalC::plot_row_run(double y, SetP target) {
     static unsigned char const last = ds::PixelPointC::LAST_VISIBLE;
     int32_t row = IntegerConversionC::toUInt16(double(int(pixelRows) - 1) - std::floor((y - bottomEdge) / yStep));
     int columns = pixelColumns;
-    scratchPoint.y = row;
-    scratchPoint.x = 0;
-    target->appendPixelPoint(scratchPoint, first);
-    for (int c = 1; c < columns - 1; ++c) {
-        scratchPoint.x = c;
-        target->appendPixelPoint(scratchPoint, none);
-    }
+    target->appendPixelPoint(POINT{0, row}, first);
+    for (int c = 1; c < columns - 1; ++c) target->appendPixelPoint(POINT{c, row}, none);
     // With one column this writes column 0 a second time, now as the end.
-    scratchPoint.x = columns - 1;
-    target->appendPixelPoint(scratchPoint, last);
+    target->appendPixelPoint(POINT{columns - 1, row}, last);
     stepCount += columns < 2 ? 2 : columns;
 }
 
@@ -186,15 +180,9 @@ void CircleAndEllipseCommonEvalC::plot_column_run(double x, SetP target) {
     static unsigned char const last = ds::PixelPointC::LAST_VISIBLE;
     int32_t column = IntegerConversionC::toUInt16(std::floor((x - leftEdge) / xStep));
     int rows = pixelRows;
-    scratchPoint.x = column;
-    scratchPoint.y = 0;
-    target->appendPixelPoint(scratchPoint, first);
-    for (int r = 1; r < rows - 1; ++r) {
-        scratchPoint.y = r;
-        target->appendPixelPoint(scratchPoint, none);
-    }
-    scratchPoint.y = rows - 1;
-    target->appendPixelPoint(scratchPoint, last);
+    target->appendPixelPoint(POINT{column, 0}, first);
+    for (int r = 1; r < rows - 1; ++r) target->appendPixelPoint(POINT{column, r}, none);
+    target->appendPixelPoint(POINT{column, rows - 1}, last);
     stepCount += rows < 2 ? 2 : rows;
 }
 

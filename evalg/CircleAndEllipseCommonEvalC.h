@@ -74,6 +74,8 @@ private:
     bool approx_equal(double p, double q, double step, double origin) const;
 
     unsigned long stepCount;
+    // Whether the previous point an octant offered lay inside the window.
+    bool lastPointVisible;
 };
 
 } // namespace evalg

@@ -10,12 +10,10 @@ namespace qelt {
 namespace mathapp {
 namespace evalg {
 
-GraphDomainEvalC::GraphDomainEvalC(unsigned short m)
-    : lastPointVisible(0), scratchPoint(), mode(m), leftEdge(0), rightEdge(0), bottomEdge(0),
+GraphDomainEvalC::GraphDomainEvalC()
+    : leftEdge(0), rightEdge(0), bottomEdge(0),
       topEdge(0), pixelColumns(0), pixelRows(0), xStep(0), yStep(0), xHalfStep(0), yHalfStep(0),
       xMax(0), xMin(0), yMax(0), yMin(0), xStepReciprocal(0), yStepReciprocal(0) {}
-
-GraphDomainEvalC::GraphDomainEvalC() : GraphDomainEvalC(1) {}
 
 bool GraphDomainEvalC::setDomain(oss::PointerTC<ds::GraphicalDomainC> domain) {
     if (!domain) return false;

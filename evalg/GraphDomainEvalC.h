@@ -3,7 +3,6 @@
 
 #include "collab/ds/GraphDataSetWinC.h"
 #include "collab/ds/GraphicalDomainC.h"
-#include "collab/ds/POINT.h"
 #include "collab/oss/PointerTC.h"
 #include "collab/oss/RefCountedBC.h"
 
@@ -19,7 +18,6 @@ namespace evalg {
 // Plain data: copying copies everything, the reference count included.
 class GraphDomainEvalC : public oss::RefCountedBC {
 public:
-    explicit GraphDomainEvalC(unsigned short mode);
     GraphDomainEvalC();
 
 protected:
@@ -41,9 +39,6 @@ protected:
     double round_to_hcentre(double v) const;
     double round_to_vcentre(double v) const;
 
-    unsigned char lastPointVisible;
-    POINT scratchPoint;
-    unsigned short mode;
     double leftEdge;
     double rightEdge;
     double bottomEdge;
