@@ -45,14 +45,6 @@ void CartesianRelationGraphEvalHelperC::bindSpans(ds::GraphDataSetWinC *set) {
     spanTarget = set;
 }
 
-void CartesianRelationGraphEvalHelperC::reserveForWalk(bool prepends) {
-    if (!spanTarget) return;
-    std::size_t cells = pixelColumns > pixelRows ? pixelColumns : pixelRows;
-    // Two per cell, and a few for vertex runs and ends.
-    std::size_t room = 2 * cells + 8;
-    spanTarget->reserve(prepends ? room : 0, room);
-}
-
 void CartesianRelationGraphEvalHelperC::unbindSpans() {
     flushSpans();
     spanTarget = nullptr;

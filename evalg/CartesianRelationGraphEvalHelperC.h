@@ -47,7 +47,6 @@ protected:
         return CartesianRelationGraphEvalC::evaluateWith<RelationT>(
             service, domain, first, second, [&](RelationT *relation, SetP set) {
                 bindSpans(set.get());
-                reserveForWalk(second != 0);
                 calculate(relation, set);
                 unbindSpans();
             });
@@ -66,10 +65,6 @@ protected:
         spans.to[spanCount] = to;
         ++spanCount;
     }
-    // Sizes the bound set for a walk over the window's columns or rows (at
-    // most two points per cell), at the back and, for walks that prepend,
-    // at the front too, so that the walk need not grow it.
-    void reserveForWalk(bool prepends);
     // Turns the pending spans into points now.
     void flushSpans() {
         if (spanCount != 0) emitBatch();

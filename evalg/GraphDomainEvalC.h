@@ -26,8 +26,10 @@ protected:
     // infinite and everything downstream follows from that.
     bool setDomain(oss::PointerTC<ds::GraphicalDomainC> domain);
 
-    // Creates an evaluation's result set and takes over its window; domainSet
-    // tells whether the window was usable. Shared by every evaluator's driver.
+    // Takes over the window and creates an evaluation's result set, sized
+    // from the window when it is usable (first and second are the hints for
+    // an unusable one, and say whether the walk prepends); domainSet tells
+    // whether the window was usable. Shared by every evaluator's driver.
     oss::PointerTC<ds::GraphDataSetWinC> beginEvaluation(oss::PointerTC<ds::GraphicalDomainC> domain,
                                                          unsigned int first, unsigned int second,
                                                          bool &domainSet);
