@@ -42,9 +42,20 @@ double snap(double c, double edge, double step) { return edge + (std::floor((c -
 
 } // namespace
 
-CircleAndEllipseCommonEvalC::CircleAndEllipseCommonEvalC() : reachMargin(3.0), stepCount(0), lastPointVisible(false) {}
-CircleAndEllipseCommonEvalC::CircleAndEllipseCommonEvalC(CircleAndEllipseCommonEvalC const &) = default;
-CircleAndEllipseCommonEvalC &CircleAndEllipseCommonEvalC::operator=(CircleAndEllipseCommonEvalC const &) = default;
+CircleAndEllipseCommonEvalC::CircleAndEllipseCommonEvalC()
+    : reachMargin(3.0), stepCount(0), lastPointVisible(false), octantBase(0) {}
+// A copy gets its own scratch set when it first plots: sharing one would
+// let two evaluators, perhaps on two threads, write the same set.
+CircleAndEllipseCommonEvalC::CircleAndEllipseCommonEvalC(CircleAndEllipseCommonEvalC const &other)
+    : CartesianRelationGraphEvalHelperC(other), reachMargin(other.reachMargin), stepCount(other.stepCount),
+      lastPointVisible(other.lastPointVisible), octantBase(0) {}
+CircleAndEllipseCommonEvalC &CircleAndEllipseCommonEvalC::operator=(CircleAndEllipseCommonEvalC const &other) {
+    CartesianRelationGraphEvalHelperC::operator=(other);
+    reachMargin = other.reachMargin;
+    stepCount = other.stepCount;
+    lastPointVisible = other.lastPointVisible;
+    return *this;
+}
 CircleAndEllipseCommonEvalC::~CircleAndEllipseCommonEvalC() {}
 
 void CircleAndEllipseCommonEvalC::plot(double a, double b, double h, double k, double xStep, double yStep,
@@ -54,10 +65,11 @@ void CircleAndEllipseCommonEvalC::plot(double a, double b, double h, double k, d
     oss::PointerTC<ds::GraphicalDomainC> domain = target->getDomain();
     if (!domain) return;
 
-    // Odd octants (index 0, 2, ...) fill their sets from the front.
-    SetP sets[8];
-    for (int i = 0; i < 8; ++i)
-        sets[i] = SetP(new (std::nothrow) ds::GraphDataSetWinC(402, i % 2 == 0 ? 401 : 0, domain));
+    // Odd octants (index 0, 2, ...) are filled from the front, in a scratch
+    // set that is then appended; even ones are appended to the target
+    // directly. The scratch set is kept from one plot to the next.
+    if (!scratch) scratch = SetP(new (std::nothrow) ds::GraphDataSetWinC(402, 402, domain));
+    if (!scratch) return;
 
     // Normaliser; the second form survives the overflow of the squares.
     double S = (a * yStep) * (a * yStep) + (b * xStep) * (b * xStep);
@@ -102,15 +114,21 @@ void CircleAndEllipseCommonEvalC::plot(double a, double b, double h, double k, d
         for (int i = 0; i < 8; ++i) {
             if (!quadrant[i / 2]) continue;
             Octant const &o = OCTANTS[i];
+            // All of its room in front: the scratch set is only prepended to.
+            if (o.prepend) scratch->clear(SIZE_MAX);
+            SetP const &into = o.prepend ? scratch : target;
             if (o.swap)
-                plot_eighth(b, a, k, h, o.uSign * yStep, o.vSign * xStep, t, true, o.prepend, sets[i]);
+                plot_eighth(b, a, k, h, o.uSign * yStep, o.vSign * xStep, t, true, o.prepend, into);
             else
-                plot_eighth(a, b, h, k, o.uSign * xStep, o.vSign * yStep, t, false, o.prepend, sets[i]);
+                plot_eighth(a, b, h, k, o.uSign * xStep, o.vSign * yStep, t, false, o.prepend, into);
+            if (o.prepend) {
+                // Pending spans go to the scratch set before it is copied.
+                bindSpans(target.get());
+                target->appendPixelPoints(scratch, false);
+            }
         }
     }
-    // Empty sets are joined too; they add nothing.
     bindSpans(target.get());
-    for (int i = 0; i < 8; ++i) target->appendPixelPoints(sets[i], false);
 }
 
 bool CircleAndEllipseCommonEvalC::plot_straight_runs(double a, double b, double h, double k, double hL, double hR,
@@ -193,8 +211,10 @@ void CircleAndEllipseCommonEvalC::plot_eighth(double au, double av, double cu, d
     lastPointVisible = false;
     bool left = false;
     if (!set) return;
-    // The octant's points go to its own set, as single-point spans.
+    // The octant's points go to set, as single-point spans; its own points
+    // are those from octantBase on (the set may hold earlier octants').
     bindSpans(set.get());
+    octantBase = long(boundCount());
     double uEdge = swap ? bottomEdge : leftEdge;
     double vEdge = swap ? leftEdge : bottomEdge;
     double uCell = std::fabs(du);
@@ -266,11 +286,11 @@ void CircleAndEllipseCommonEvalC::plot_eighth(double au, double av, double cu, d
         if (left) break;
     }
 
-    if (lastPointVisible && boundCount() != 0) {
+    if (lastPointVisible && long(boundCount()) != octantBase) {
         if (prepend)
-            addStartMarker(firstMarker(set));
+            openStretchAt(octantBase);
         else
-            addEndMarker(lastMarker(set));
+            closeStretch();
     }
 }
 
@@ -342,9 +362,9 @@ void CircleAndEllipseCommonEvalC::plot_point(double u, double v, bool swap, bool
     // Entering marks the end opposite to the one just written, leaving marks
     // the end written last; on the first entry both ends are the one point.
     if (marker != 0) {
-        long count = long(boundCount());
+        long count = long(boundCount()) - octantBase;
         if (count != 0) {
-            long index = (prepend && visible) || (!prepend && !visible) ? count - 1 : 0;
+            long index = octantBase + ((prepend && visible) || (!prepend && !visible) ? count - 1 : 0);
             if (marker == ds::PixelPointC::FIRST_VISIBLE)
                 openStretchAt(index);
             else

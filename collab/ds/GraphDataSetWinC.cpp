@@ -98,6 +98,12 @@ bool GraphDataSetWinC::reserve(std::size_t front, std::size_t back) {
     return relocate(haveFront > front ? haveFront : front, haveBack > back ? haveBack : back);
 }
 
+void GraphDataSetWinC::clear(std::size_t frontReserve) {
+    // Only the points' slots and the two spare slots can be nonzero.
+    if (markers_) std::fill(markers_.get() + begin_, markers_.get() + end_ + 2, static_cast<unsigned char>(0));
+    begin_ = end_ = frontReserve < capacity_ ? frontReserve : capacity_;
+}
+
 bool GraphDataSetWinC::appendGrowing(POINT const &point, unsigned char const &marker) {
     POINT p = point; // the argument may live in this set's own storage
     if (!reserveBack()) return false;

@@ -83,6 +83,10 @@ public:
     // (a hint like the constructor's: false only when the room cannot be had).
     bool reserve(std::size_t front, std::size_t back);
 
+    // Empties the set and keeps its storage, with frontReserve of its room
+    // (at most all of it) in front, for reuse as scratch.
+    void clear(std::size_t frontReserve);
+
     // Appends the other set's points with their markers. With flag false this
     // is exactly appending them one by one (a marker pending in this set's slot
     // count merges into the first of them; the other set's spare slots are not
