@@ -67,8 +67,10 @@ void CircleAndEllipseCommonEvalC::plot(double a, double b, double h, double k, d
 
     // Odd octants (index 0, 2, ...) are filled from the front, in a scratch
     // set that is then appended; even ones are appended to the target
-    // directly. The scratch set is kept from one plot to the next.
-    if (!scratch) scratch = SetP(new (std::nothrow) ds::GraphDataSetWinC(402, 402, domain));
+    // directly. The scratch set is kept from one plot to the next, bound to
+    // no window, so that the evaluator holds on to none of its caller's.
+    if (!scratch)
+        scratch = SetP(new (std::nothrow) ds::GraphDataSetWinC(402, 402, oss::PointerTC<ds::GraphicalDomainC>()));
     if (!scratch) return;
 
     // Normaliser; the second form survives the overflow of the squares.
