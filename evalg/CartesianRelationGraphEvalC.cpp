@@ -6,7 +6,7 @@ namespace qelt {
 namespace mathapp {
 namespace evalg {
 
-CartesianRelationGraphEvalC::CartesianRelationGraphEvalC() : GraphDomainEvalC(1) {}
+CartesianRelationGraphEvalC::CartesianRelationGraphEvalC() {}
 CartesianRelationGraphEvalC::CartesianRelationGraphEvalC(CartesianRelationGraphEvalC const &) = default;
 CartesianRelationGraphEvalC &CartesianRelationGraphEvalC::operator=(CartesianRelationGraphEvalC const &) = default;
 CartesianRelationGraphEvalC::~CartesianRelationGraphEvalC() {}

@@ -4,6 +4,7 @@
 #include "collab/ds/GraphDataSetWinC.h"
 #include "collab/oss/PointerTC.h"
 #include "evalg/CartesianRelationGraphEvalC.h"
+#include "evalg/SpanEmissionC.h"
 
 namespace qelt {
 namespace mathapp {
@@ -12,6 +13,13 @@ namespace evalg {
 // Pixel emission: turns a span of a curve in one column (or, swapped, in one
 // row) into the span's end pixels, clipped to the window, and sets the
 // visibility markers. Points are (column, screen row from the top).
+//
+// Walks push their spans into a buffer bound to the evaluation's set, and the
+// buffer turns them into points in batches (SpanEmissionC): when it fills,
+// when the axis or the end changes, before any marker is read or set, and at
+// the end of the evaluation. The points are those of emitting each span at
+// once. The forms that take a set emit at once, for callers that read the set
+// straight after.
 class CartesianRelationGraphEvalHelperC : public CartesianRelationGraphEvalC {
 public:
     CartesianRelationGraphEvalHelperC();
@@ -21,6 +29,61 @@ public:
 
 protected:
     using SetP = oss::PointerTC<ds::GraphDataSetWinC>;
+
+    // The axis a walk steps along. COLUMNS: the walk steps x and a span is a
+    // vertical run in the column of x; ROWS: it steps y and a span is a
+    // horizontal run in the row of y (the XYSwapped forms), clamped to the
+    // edges rather than to the outermost centres.
+    enum AxisE : unsigned char { COLUMNS = 0, ROWS = 2 };
+    // Which end of the set a span's points go to: BACK appends, FRONT
+    // prepends (so a span's end point lands in front of its start point).
+    enum EndE : unsigned char { BACK = 0, FRONT = 1 };
+
+    // The driver of CartesianRelationGraphEvalC with the span buffer bound to
+    // the new set for the calculation and flushed after it.
+    template <class RelationT, class CalculateT>
+    SetP evaluateWith(esb::CartesianRelationServiceIC &service, oss::PointerTC<ds::GraphicalDomainC> domain,
+                      unsigned int first, unsigned int second, CalculateT calculate) {
+        return CartesianRelationGraphEvalC::evaluateWith<RelationT>(
+            service, domain, first, second, [&](RelationT *relation, SetP set) {
+                bindSpans(set.get());
+                calculate(relation, set);
+                unbindSpans();
+            });
+    }
+
+    // Spans pushed from now on go to set (the caller keeps it alive until
+    // unbindSpans or the next bindSpans); what is pending goes out first.
+    void bindSpans(ds::GraphDataSetWinC *set);
+    void unbindSpans();
+    // The cell of at, from the cell of from to the cell of to, buffered.
+    void pushSpan(AxisE axis, EndE end, double at, double from, double to) {
+        unsigned char mode = axis | end;
+        if (mode != spanMode || spanCount == SpanEmissionC::BatchS::CAPACITY) startBatch(mode);
+        spans.at[spanCount] = at;
+        spans.from[spanCount] = from;
+        spans.to[spanCount] = to;
+        ++spanCount;
+    }
+    // Turns the pending spans into points now.
+    void flushSpans() {
+        if (spanCount != 0) emitBatch();
+    }
+
+    // The stretch markers on the bound set, pending spans emitted first.
+    // openStretch: the next point emitted starts a visible stretch.
+    // closeStretch: the last point emitted so far ends one (on an empty set,
+    // the spare slot in front). The At forms mark the point of an index kept
+    // from earlier (markers move as points arrive, indices do not).
+    void openStretch() { addStartMarker(boundMarker(long(boundCount()))); }
+    void closeStretch() { addEndMarker(boundMarker(long(boundCount()) - 1)); }
+    void openStretchAt(long index) { addStartMarker(boundMarker(index)); }
+    void closeStretchAt(long index) { addEndMarker(boundMarker(index)); }
+    // Points in the bound set, pending spans emitted first.
+    unsigned int boundCount() {
+        flushSpans();
+        return spanTarget ? spanTarget->getCount() : 0;
+    }
 
     // The horizontal line y across every column, one point per column.
     void calculateConstant(double y, SetP set);
@@ -37,19 +100,37 @@ protected:
     static void addStartMarker(unsigned char *marker);
     static void addEndMarker(unsigned char *marker);
 
-    // Marker slots of a set, fetched afresh: index -1 .. count are writable, so
-    // lastMarker of an empty set is the spare slot in front, and nextMarker is
-    // the slot that the next appended point takes.
-    static unsigned char *markerSlot(ds::GraphDataSetWinC &set, long index);
-    static unsigned char *firstMarker(SetP const &set) { return markerSlot(*set, 0); }
-    static unsigned char *lastMarker(SetP const &set) { return markerSlot(*set, long(set->getCount()) - 1); }
-    static unsigned char *nextMarker(SetP const &set) { return markerSlot(*set, long(set->getCount())); }
+    // Marker slots of a set, fetched afresh after emitting what is pending:
+    // index -1 .. count are writable, so lastMarker of an empty set is the
+    // spare slot in front, and nextMarker is the slot that the next appended
+    // point takes.
+    unsigned char *markerSlot(ds::GraphDataSetWinC &set, long index);
+    unsigned char *firstMarker(SetP const &set) { return markerSlot(*set, 0); }
+    unsigned char *lastMarker(SetP const &set) {
+        flushSpans();
+        return markerSlot(*set, long(set->getCount()) - 1);
+    }
+    unsigned char *nextMarker(SetP const &set) {
+        flushSpans();
+        return markerSlot(*set, long(set->getCount()));
+    }
 
 private:
-    // The set by reference: the public forms hold the caller's reference for
-    // the call, so the span needs no further one.
-    void addPixelPoints(double x, double y1, double y2, ds::GraphDataSetWinC *set, bool prepend);
-    void addPixelPointsXYSwapped(double y, double x1, double x2, ds::GraphDataSetWinC *set, bool prepend);
+    // The numbers of one axis, read off the window.
+    SpanEmissionC::FrameS spanFrame(AxisE axis) const;
+    void startBatch(unsigned char mode);
+    void emitBatch();
+    unsigned char *boundMarker(long index) { return spanTarget ? markerSlot(*spanTarget, index) : &unboundMarker; }
+    // One span into set at once, point by point.
+    void emitNow(AxisE axis, EndE end, double at, double from, double to, ds::GraphDataSetWinC *set);
+
+    // Borrowed for one evaluation; null between evaluations.
+    ds::GraphDataSetWinC *spanTarget;
+    unsigned char spanMode;
+    unsigned int spanCount;
+    // Absorbs a marker set with no set bound.
+    unsigned char unboundMarker;
+    SpanEmissionC::BatchS spans;
 };
 
 } // namespace evalg

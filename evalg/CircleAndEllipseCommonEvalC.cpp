@@ -42,9 +42,20 @@ double snap(double c, double edge, double step) { return edge + (std::floor((c -
 
 } // namespace
 
-CircleAndEllipseCommonEvalC::CircleAndEllipseCommonEvalC() : reachMargin(3.0), stepCount(0) {}
-CircleAndEllipseCommonEvalC::CircleAndEllipseCommonEvalC(CircleAndEllipseCommonEvalC const &) = default;
-CircleAndEllipseCommonEvalC &CircleAndEllipseCommonEvalC::operator=(CircleAndEllipseCommonEvalC const &) = default;
+CircleAndEllipseCommonEvalC::CircleAndEllipseCommonEvalC()
+    : reachMargin(3.0), stepCount(0), lastPointVisible(false), octantBase(0) {}
+// A copy gets its own scratch set when it first plots: sharing one would
+// let two evaluators, perhaps on two threads, write the same set.
+CircleAndEllipseCommonEvalC::CircleAndEllipseCommonEvalC(CircleAndEllipseCommonEvalC const &other)
+    : CartesianRelationGraphEvalHelperC(other), reachMargin(other.reachMargin), stepCount(other.stepCount),
+      lastPointVisible(other.lastPointVisible), octantBase(0) {}
+CircleAndEllipseCommonEvalC &CircleAndEllipseCommonEvalC::operator=(CircleAndEllipseCommonEvalC const &other) {
+    CartesianRelationGraphEvalHelperC::operator=(other);
+    reachMargin = other.reachMargin;
+    stepCount = other.stepCount;
+    lastPointVisible = other.lastPointVisible;
+    return *this;
+}
 CircleAndEllipseCommonEvalC::~CircleAndEllipseCommonEvalC() {}
 
 void CircleAndEllipseCommonEvalC::plot(double a, double b, double h, double k, double xStep, double yStep,
@@ -54,10 +65,13 @@ void CircleAndEllipseCommonEvalC::plot(double a, double b, double h, double k, d
     oss::PointerTC<ds::GraphicalDomainC> domain = target->getDomain();
     if (!domain) return;
 
-    // Odd octants (index 0, 2, ...) fill their sets from the front.
-    SetP sets[8];
-    for (int i = 0; i < 8; ++i)
-        sets[i] = SetP(new (std::nothrow) ds::GraphDataSetWinC(402, i % 2 == 0 ? 401 : 0, domain));
+    // Odd octants (index 0, 2, ...) are filled from the front, in a scratch
+    // set that is then appended; even ones are appended to the target
+    // directly. The scratch set is kept from one plot to the next, bound to
+    // no window, so that the evaluator holds on to none of its caller's.
+    if (!scratch)
+        scratch = SetP(new (std::nothrow) ds::GraphDataSetWinC(402, 402, oss::PointerTC<ds::GraphicalDomainC>()));
+    if (!scratch) return;
 
     // Normaliser; the second form survives the overflow of the squares.
     double S = (a * yStep) * (a * yStep) + (b * xStep) * (b * xStep);
@@ -102,14 +116,21 @@ void CircleAndEllipseCommonEvalC::plot(double a, double b, double h, double k, d
         for (int i = 0; i < 8; ++i) {
             if (!quadrant[i / 2]) continue;
             Octant const &o = OCTANTS[i];
+            // All of its room in front: the scratch set is only prepended to.
+            if (o.prepend) scratch->clear(SIZE_MAX);
+            SetP const &into = o.prepend ? scratch : target;
             if (o.swap)
-                plot_eighth(b, a, k, h, o.uSign * yStep, o.vSign * xStep, t, true, o.prepend, sets[i]);
+                plot_eighth(b, a, k, h, o.uSign * yStep, o.vSign * xStep, t, true, o.prepend, into);
             else
-                plot_eighth(a, b, h, k, o.uSign * xStep, o.vSign * yStep, t, false, o.prepend, sets[i]);
+                plot_eighth(a, b, h, k, o.uSign * xStep, o.vSign * yStep, t, false, o.prepend, into);
+            if (o.prepend) {
+                // Pending spans go to the scratch set before it is copied.
+                bindSpans(target.get());
+                target->appendPixelPoints(scratch, false);
+            }
         }
     }
-    // Empty sets are joined too; they add nothing.
-    for (int i = 0; i < 8; ++i) target->appendPixelPoints(sets[i], false);
+    bindSpans(target.get());
 }
 
 bool CircleAndEllipseCommonEvalC::plot_straight_runs(double a, double b, double h, double k, double hL, double hR,
@@ -166,16 +187,10 @@ void CircleAndEllipseCommonEvalC::plot_row_run(double y, SetP target) {
     static unsigned char const last = ds::PixelPointC::LAST_VISIBLE;
     int32_t row = IntegerConversionC::toUInt16(double(int(pixelRows) - 1) - std::floor((y - bottomEdge) / yStep));
     int columns = pixelColumns;
-    scratchPoint.y = row;
-    scratchPoint.x = 0;
-    target->appendPixelPoint(scratchPoint, first);
-    for (int c = 1; c < columns - 1; ++c) {
-        scratchPoint.x = c;
-        target->appendPixelPoint(scratchPoint, none);
-    }
+    target->appendPixelPoint(POINT{0, row}, first);
+    for (int c = 1; c < columns - 1; ++c) target->appendPixelPoint(POINT{c, row}, none);
     // With one column this writes column 0 a second time, now as the end.
-    scratchPoint.x = columns - 1;
-    target->appendPixelPoint(scratchPoint, last);
+    target->appendPixelPoint(POINT{columns - 1, row}, last);
     stepCount += columns < 2 ? 2 : columns;
 }
 
@@ -185,15 +200,9 @@ void CircleAndEllipseCommonEvalC::plot_column_run(double x, SetP target) {
     static unsigned char const last = ds::PixelPointC::LAST_VISIBLE;
     int32_t column = IntegerConversionC::toUInt16(std::floor((x - leftEdge) / xStep));
     int rows = pixelRows;
-    scratchPoint.x = column;
-    scratchPoint.y = 0;
-    target->appendPixelPoint(scratchPoint, first);
-    for (int r = 1; r < rows - 1; ++r) {
-        scratchPoint.y = r;
-        target->appendPixelPoint(scratchPoint, none);
-    }
-    scratchPoint.y = rows - 1;
-    target->appendPixelPoint(scratchPoint, last);
+    target->appendPixelPoint(POINT{column, 0}, first);
+    for (int r = 1; r < rows - 1; ++r) target->appendPixelPoint(POINT{column, r}, none);
+    target->appendPixelPoint(POINT{column, rows - 1}, last);
     stepCount += rows < 2 ? 2 : rows;
 }
 
@@ -204,6 +213,10 @@ void CircleAndEllipseCommonEvalC::plot_eighth(double au, double av, double cu, d
     lastPointVisible = false;
     bool left = false;
     if (!set) return;
+    // The octant's points go to set, as single-point spans; its own points
+    // are those from octantBase on (the set may hold earlier octants').
+    bindSpans(set.get());
+    octantBase = long(boundCount());
     double uEdge = swap ? bottomEdge : leftEdge;
     double vEdge = swap ? leftEdge : bottomEdge;
     double uCell = std::fabs(du);
@@ -233,7 +246,7 @@ void CircleAndEllipseCommonEvalC::plot_eighth(double au, double av, double cu, d
     double Hv = 2 * A * dv * dv;
 
     // The slope point belongs to the swapped octant of its pair.
-    if (swap) plot_point(U, V, swap, prepend, &left, set);
+    if (swap) plot_point(U, V, swap, prepend, &left);
 
     // The pixel boundary nearest the centre.
     double uEnd = uEdge + std::floor((cu - uEdge) / uCell + 0.5) * uCell;
@@ -259,7 +272,7 @@ void CircleAndEllipseCommonEvalC::plot_eighth(double au, double av, double cu, d
         ++stepCount;
         if (F < 0) { // midpoint inside: step outwards on v first, as its own point
             V = V + dv;
-            plot_point(U, V, swap, prepend, &left, set);
+            plot_point(U, V, swap, prepend, &left);
             if (left) break;
             F = Gv + Gu + F;
             Gv = Hv + Gv;
@@ -270,16 +283,16 @@ void CircleAndEllipseCommonEvalC::plot_eighth(double au, double av, double cu, d
         double U2 = U + du;
         if (U2 == U) break; // the step is lost in rounding
         Gu = Hu + Gu;
-        plot_point(U2, V, swap, prepend, &left, set);
+        plot_point(U2, V, swap, prepend, &left);
         U = U2;
         if (left) break;
     }
 
-    if (lastPointVisible && set->getCount() != 0) {
+    if (lastPointVisible && long(boundCount()) != octantBase) {
         if (prepend)
-            addStartMarker(firstMarker(set));
+            openStretchAt(octantBase);
         else
-            addEndMarker(lastMarker(set));
+            closeStretch();
     }
 }
 
@@ -333,7 +346,7 @@ CircleAndEllipseCommonEvalC::Reach CircleAndEllipseCommonEvalC::window_reach(dou
     return reach;
 }
 
-void CircleAndEllipseCommonEvalC::plot_point(double u, double v, bool swap, bool prepend, bool *left, SetP set) {
+void CircleAndEllipseCommonEvalC::plot_point(double u, double v, bool swap, bool prepend, bool *left) {
     double x = swap ? v : u;
     double y = swap ? u : v;
     bool visible = x >= leftEdge && x <= rightEdge && y >= bottomEdge && y <= topEdge;
@@ -347,17 +360,18 @@ void CircleAndEllipseCommonEvalC::plot_point(double u, double v, bool swap, bool
             *left = true;
         }
     }
-    if (visible) {
-        if (prepend)
-            prependPixelPoint(x, y, set);
-        else
-            appendPixelPoint(x, y, set);
-    }
+    if (visible) pushSpan(COLUMNS, prepend ? FRONT : BACK, x, y, y);
     // Entering marks the end opposite to the one just written, leaving marks
     // the end written last; on the first entry both ends are the one point.
-    if (marker != 0 && set->getCount() != 0) {
-        unsigned char *slot = (prepend && visible) || (!prepend && !visible) ? lastMarker(set) : firstMarker(set);
-        *slot |= marker;
+    if (marker != 0) {
+        long count = long(boundCount()) - octantBase;
+        if (count != 0) {
+            long index = octantBase + ((prepend && visible) || (!prepend && !visible) ? count - 1 : 0);
+            if (marker == ds::PixelPointC::FIRST_VISIBLE)
+                openStretchAt(index);
+            else
+                closeStretchAt(index);
+        }
     }
     lastPointVisible = visible;
 }

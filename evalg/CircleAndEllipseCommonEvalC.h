@@ -14,8 +14,8 @@ namespace evalg {
 // its four axis points into eight octants. Each octant is walked by an
 // incremental midpoint method from its slope point towards its axis point:
 // u advances one pixel per step, v one pixel when the decision value says the
-// midpoint lies inside. Odd octants are prepended, even ones appended, each
-// into its own temporary set; joining the eight sets in order gives a path
+// midpoint lies inside. Odd octants are prepended into a scratch set that is
+// then appended, even ones appended directly; taking the eight in order gives a path
 // that runs clockwise on the screen from the leftmost point over the top.
 // When the visible part of the curve near its top, bottom or side lies in one
 // pixel row or column, it is drawn as a straight run across the window instead.
@@ -70,10 +70,16 @@ private:
                      bool prepend, SetP set);
     Reach window_reach(double au, double av, double cu, double cv, double du, double dv, double uStart,
                        double vStart, bool swap) const;
-    void plot_point(double u, double v, bool swap, bool prepend, bool *left, SetP set);
+    void plot_point(double u, double v, bool swap, bool prepend, bool *left);
     bool approx_equal(double p, double q, double step, double origin) const;
 
     unsigned long stepCount;
+    // Whether the previous point an octant offered lay inside the window.
+    bool lastPointVisible;
+    // Points the bound set held when the current octant began.
+    long octantBase;
+    // Where prepending octants are walked before they are appended.
+    SetP scratch;
 };
 
 } // namespace evalg

@@ -62,7 +62,7 @@ void ExponentialFunctionEvalC::calculate(rel::ExponentialFunctionC *relation, Se
             double xNext = x + xStep;
             if (xNext == x) break;
             double yNext = y * E + D;
-            appendPixelPoints(xNext - xHalfStep, y, yNext, set);
+            pushSpan(COLUMNS, BACK, xNext - xHalfStep, y, yNext);
             x = xNext;
             y = yNext;
         } while (x < xEnd);
@@ -80,7 +80,7 @@ void ExponentialFunctionEvalC::calculate(rel::ExponentialFunctionC *relation, Se
             if (xNext == x) break;
             double yNext = y * E + D;
             // From the column's left edge height to its right edge height.
-            prependPixelPoints(xHalfStep + xNext, yNext, y, set);
+            pushSpan(COLUMNS, FRONT, xHalfStep + xNext, yNext, y);
             x = xNext;
             y = yNext;
         } while (x > xMin);

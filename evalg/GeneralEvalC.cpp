@@ -22,11 +22,15 @@ oss::PointerTC<ds::GraphDataSetWinC> GeneralEvalC::evaluateGraph(esb::CartesianR
     // No cast: the relation is only ever asked for its y values.
     bool domainSet = false;
     SetP set = beginEvaluation(domain, 1000, 0, domainSet);
-    if (domainSet && set) calculate(service, set);
+    if (domainSet && set) {
+        bindSpans(set.get());
+        calculate(service);
+        unbindSpans();
+    }
     return set;
 }
 
-void GeneralEvalC::calculate(esb::CartesianRelationServiceIC &service, SetP set) {
+void GeneralEvalC::calculate(esb::CartesianRelationServiceIC &service) {
     std::vector<double> previous;
     std::vector<double> current;
     double x = leftEdge;
@@ -44,16 +48,16 @@ void GeneralEvalC::calculate(esb::CartesianRelationServiceIC &service, SetP set)
         std::size_t p = previous.size();
         std::size_t q = current.size();
         if ((p > q ? p - q : q - p) <= 1)
-            emitBranches(previous, current, x, set);
+            emitBranches(previous, current, x);
         else
             // Two or more branches begin or end here: sample the column again
             // from its left edge, recomputed rather than remembered.
-            refine(service, x - xStep, set);
+            refine(service, x - xStep);
         previous.swap(current);
     } while (x < xMax);
 }
 
-void GeneralEvalC::refine(esb::CartesianRelationServiceIC &service, double xStart, SetP set) {
+void GeneralEvalC::refine(esb::CartesianRelationServiceIC &service, double xStart) {
     double h = xStep / subdivisions;
     double x = xStart;
     std::vector<double> previous;
@@ -75,13 +79,13 @@ void GeneralEvalC::refine(esb::CartesianRelationServiceIC &service, double xStar
         // Placed like calculate's runs, half a column left of the fine
         // sample: the first half of the fine steps lands in the column to the
         // left (column 65535 for column 0). Kept so.
-        emitBranches(previous, current, x, set);
+        emitBranches(previous, current, x);
         previous.swap(current);
     }
 }
 
 void GeneralEvalC::emitBranches(std::vector<double> const &previous, std::vector<double> const &current,
-                                double x, SetP set) {
+                                double x) {
     std::size_t p = previous.size();
     std::size_t q = current.size();
     std::size_t m = p > q ? p : q;
@@ -89,7 +93,7 @@ void GeneralEvalC::emitBranches(std::vector<double> const &previous, std::vector
         // A branch present at one sample only is a run of one height.
         double y1 = i < p ? previous[i] : current[i];
         double y2 = i < q ? current[i] : previous[i];
-        appendPixelPoints(x - xStep * 0.5, y1, y2, set);
+        pushSpan(COLUMNS, BACK, x - xStep * 0.5, y1, y2);
     }
 }
 

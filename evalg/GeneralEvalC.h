@@ -31,11 +31,10 @@ public:
                                                        oss::PointerTC<ds::GraphicalDomainC> domain) override;
 
 private:
-    void calculate(esb::CartesianRelationServiceIC &service, SetP set);
-    void refine(esb::CartesianRelationServiceIC &service, double xStart, SetP set);
+    void calculate(esb::CartesianRelationServiceIC &service);
+    void refine(esb::CartesianRelationServiceIC &service, double xStart);
     // One run per branch between the sample before x and the sample at x.
-    void emitBranches(std::vector<double> const &previous, std::vector<double> const &current, double x,
-                      SetP set);
+    void emitBranches(std::vector<double> const &previous, std::vector<double> const &current, double x);
 
     // Fine steps per refined column; a double, never rounded: 2.5 gives three
     // steps of xStep / 2.5.

@@ -10,12 +10,10 @@ namespace qelt {
 namespace mathapp {
 namespace evalg {
 
-GraphDomainEvalC::GraphDomainEvalC(unsigned short m)
-    : lastPointVisible(0), scratchPoint(), mode(m), leftEdge(0), rightEdge(0), bottomEdge(0),
+GraphDomainEvalC::GraphDomainEvalC()
+    : leftEdge(0), rightEdge(0), bottomEdge(0),
       topEdge(0), pixelColumns(0), pixelRows(0), xStep(0), yStep(0), xHalfStep(0), yHalfStep(0),
       xMax(0), xMin(0), yMax(0), yMin(0), xStepReciprocal(0), yStepReciprocal(0) {}
-
-GraphDomainEvalC::GraphDomainEvalC() : GraphDomainEvalC(1) {}
 
 bool GraphDomainEvalC::setDomain(oss::PointerTC<ds::GraphicalDomainC> domain) {
     if (!domain) return false;
@@ -45,9 +43,18 @@ bool GraphDomainEvalC::setDomain(oss::PointerTC<ds::GraphicalDomainC> domain) {
 oss::PointerTC<ds::GraphDataSetWinC> GraphDomainEvalC::beginEvaluation(
     oss::PointerTC<ds::GraphicalDomainC> domain, unsigned int first, unsigned int second,
     bool &domainSet) {
-    oss::PointerTC<ds::GraphDataSetWinC> set(new (std::nothrow) ds::GraphDataSetWinC(first, second, domain));
     domainSet = setDomain(domain);
-    return set;
+    if (domainSet) {
+        // Sized from the window rather than by the fixed hints: a walk brings
+        // at most two points per column or row (a few more at a vertex), so
+        // it never has to grow the set. Where the hints put room in front
+        // (walks that prepend), as much again goes in front.
+        unsigned int cells = pixelColumns > pixelRows ? pixelColumns : pixelRows;
+        unsigned int room = 2 * cells + 8;
+        first = second != 0 ? 2 * room : room;
+        second = second != 0 ? room : 0;
+    }
+    return oss::PointerTC<ds::GraphDataSetWinC>(new (std::nothrow) ds::GraphDataSetWinC(first, second, domain));
 }
 
 double GraphDomainEvalC::round_to_left(double v) const {

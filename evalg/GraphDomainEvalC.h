@@ -3,7 +3,6 @@
 
 #include "collab/ds/GraphDataSetWinC.h"
 #include "collab/ds/GraphicalDomainC.h"
-#include "collab/ds/POINT.h"
 #include "collab/oss/PointerTC.h"
 #include "collab/oss/RefCountedBC.h"
 
@@ -19,7 +18,6 @@ namespace evalg {
 // Plain data: copying copies everything, the reference count included.
 class GraphDomainEvalC : public oss::RefCountedBC {
 public:
-    explicit GraphDomainEvalC(unsigned short mode);
     GraphDomainEvalC();
 
 protected:
@@ -28,8 +26,10 @@ protected:
     // infinite and everything downstream follows from that.
     bool setDomain(oss::PointerTC<ds::GraphicalDomainC> domain);
 
-    // Creates an evaluation's result set and takes over its window; domainSet
-    // tells whether the window was usable. Shared by every evaluator's driver.
+    // Takes over the window and creates an evaluation's result set, sized
+    // from the window when it is usable (first and second are the hints for
+    // an unusable one, and say whether the walk prepends); domainSet tells
+    // whether the window was usable. Shared by every evaluator's driver.
     oss::PointerTC<ds::GraphDataSetWinC> beginEvaluation(oss::PointerTC<ds::GraphicalDomainC> domain,
                                                          unsigned int first, unsigned int second,
                                                          bool &domainSet);
@@ -41,9 +41,6 @@ protected:
     double round_to_hcentre(double v) const;
     double round_to_vcentre(double v) const;
 
-    unsigned char lastPointVisible;
-    POINT scratchPoint;
-    unsigned short mode;
     double leftEdge;
     double rightEdge;
     double bottomEdge;

@@ -2,7 +2,7 @@
 #define QELT_EVALG_HYPERBOLAEVALC_H
 
 #include "collab/rel/HyperbolaC.h"
-#include "evalg/CartesianRelationGraphEvalHelperC.h"
+#include "evalg/HyperbolaWalkBC.h"
 
 namespace qelt {
 namespace mathapp {
@@ -37,7 +37,7 @@ namespace evalg {
 //   infinite centre draw nothing.
 //
 // HyperbolaVertEvalC draws with the same walk, the axes exchanged.
-class HyperbolaEvalC : public CartesianRelationGraphEvalHelperC {
+class HyperbolaEvalC : public HyperbolaWalkBC {
 public:
     HyperbolaEvalC();
     HyperbolaEvalC(HyperbolaEvalC const &other);
@@ -47,32 +47,8 @@ public:
     oss::PointerTC<ds::GraphDataSetWinC> evaluateGraph(esb::CartesianRelationServiceIC &service,
                                                        oss::PointerTC<ds::GraphicalDomainC> domain) override;
 
-    // Cells walked by the last evaluation, a machine-independent measure of cost.
-    unsigned long getStepCount() const { return stepCount; }
-
 private:
-    friend class HyperbolaVertEvalC;
-
-    // The curve f = cf -+ |af| sqrt(1 + ((w - cw)/aw)^2) over the window, in the
-    // walk's frame: w is the axis walked cell by cell, f the one spanned.
-    struct BranchFrame {
-        double cw, cf;          // centre
-        double aw, af;          // semi-axes
-        double wEdge, wStep;    // lower edge of cell 0, and the cell size, on w
-        int cells;              // cells on w
-        double fLo, fHi, fStep; // window edges, and the cell size, on f
-    };
-    // A span emission of the helper: the cell at w, from f1 to f2.
-    using SpanOp = void (CartesianRelationGraphEvalHelperC::*)(double w, double f1, double f2, SetP set);
-
     void calculate(rel::HyperbolaC *relation, SetP set);
-
-    // Both branches into target, written through emitter's append and prepend
-    // span operations. Returns the number of cells walked.
-    static unsigned long plotBranches(BranchFrame const &frame, CartesianRelationGraphEvalHelperC &emitter,
-                                      SpanOp append, SpanOp prepend, SetP target);
-
-    unsigned long stepCount;
 };
 
 } // namespace evalg

@@ -1,13 +1,12 @@
 #include "evalg/HyperbolaVertEvalC.h"
 
 #include "evalg/GraphDomainServiceNames.h"
-#include "evalg/HyperbolaEvalC.h"
 
 namespace qelt {
 namespace mathapp {
 namespace evalg {
 
-HyperbolaVertEvalC::HyperbolaVertEvalC() : stepCount(0) {}
+HyperbolaVertEvalC::HyperbolaVertEvalC() {}
 HyperbolaVertEvalC::HyperbolaVertEvalC(HyperbolaVertEvalC const &) = default;
 HyperbolaVertEvalC &HyperbolaVertEvalC::operator=(HyperbolaVertEvalC const &) = default;
 HyperbolaVertEvalC::~HyperbolaVertEvalC() {}
@@ -21,12 +20,11 @@ oss::PointerTC<ds::GraphDataSetWinC> HyperbolaVertEvalC::evaluateGraph(
 
 void HyperbolaVertEvalC::calculate(rel::HyperbolaVertC *relation, SetP set) {
     // Columns are walked (w = x) and spans run along y.
-    HyperbolaEvalC::BranchFrame frame = {relation->get_h(), relation->get_k(), relation->get_a(),
-                                         relation->get_b(), leftEdge,          xStep,
-                                         int(pixelColumns), bottomEdge,        topEdge,
-                                         yStep};
-    stepCount = HyperbolaEvalC::plotBranches(frame, *this, &HyperbolaVertEvalC::appendPixelPoints,
-                                             &HyperbolaVertEvalC::prependPixelPoints, set);
+    BranchFrame frame = {relation->get_h(), relation->get_k(), relation->get_a(),
+                         relation->get_b(), leftEdge,          xStep,
+                         int(pixelColumns), bottomEdge,        topEdge,
+                         yStep};
+    plotBranches(frame, COLUMNS, set);
 }
 
 } // namespace evalg

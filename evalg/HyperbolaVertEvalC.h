@@ -2,7 +2,7 @@
 #define QELT_EVALG_HYPERBOLAVERTEVALC_H
 
 #include "collab/rel/HyperbolaVertC.h"
-#include "evalg/CartesianRelationGraphEvalHelperC.h"
+#include "evalg/HyperbolaWalkBC.h"
 
 namespace qelt {
 namespace mathapp {
@@ -28,7 +28,7 @@ namespace evalg {
 // - Degenerate parameters: b = 0 the line y = k (once); a = 0 the rays x = h
 //   beyond k -+ |b|; a infinite the lines y = k -+ |b|. An infinite b, a = b = 0,
 //   both infinite, a NaN or an infinite centre draw nothing.
-class HyperbolaVertEvalC : public CartesianRelationGraphEvalHelperC {
+class HyperbolaVertEvalC : public HyperbolaWalkBC {
 public:
     HyperbolaVertEvalC();
     HyperbolaVertEvalC(HyperbolaVertEvalC const &other);
@@ -38,13 +38,8 @@ public:
     oss::PointerTC<ds::GraphDataSetWinC> evaluateGraph(esb::CartesianRelationServiceIC &service,
                                                        oss::PointerTC<ds::GraphicalDomainC> domain) override;
 
-    // Cells walked by the last evaluation, a machine-independent measure of cost.
-    unsigned long getStepCount() const { return stepCount; }
-
 private:
     void calculate(rel::HyperbolaVertC *relation, SetP set);
-
-    unsigned long stepCount;
 };
 
 } // namespace evalg

@@ -14,10 +14,10 @@ LinearFunction1EvalC::~LinearFunction1EvalC() {}
 oss::PointerTC<ds::GraphDataSetWinC> LinearFunction1EvalC::evaluateGraph(
     esb::CartesianRelationServiceIC &service, oss::PointerTC<ds::GraphicalDomainC> domain) {
     return evaluateWith<rel::LinearFunction1C>(
-        service, domain, 501, 0, [this](rel::LinearFunction1C *relation, SetP set) { calculate(relation, set); });
+        service, domain, 501, 0, [this](rel::LinearFunction1C *relation, SetP) { calculate(relation); });
 }
 
-void LinearFunction1EvalC::calculate(rel::LinearFunction1C *relation, SetP set) {
+void LinearFunction1EvalC::calculate(rel::LinearFunction1C *relation) {
     double m = relation->get_m();
     double h = relation->get_h();
     double k = relation->get_k();
@@ -48,7 +48,7 @@ void LinearFunction1EvalC::calculate(rel::LinearFunction1C *relation, SetP set) 
         if (xNext == x) break; // no progress: the scale is beyond double precision
         // Stepped, never recomputed from x.
         double yNext = y + dy;
-        appendPixelPoints(xNext - xHalfStep, y, yNext, set);
+        pushSpan(COLUMNS, BACK, xNext - xHalfStep, y, yNext);
         // The column of the exit is emitted before these tests, so the last
         // visible run is always there; clipping it is the emission's job.
         if (!(xNext < xMax)) break;

@@ -23,7 +23,7 @@ public:
                                                        oss::PointerTC<ds::GraphicalDomainC> domain) override;
 
 private:
-    void calculate(rel::LinearFunction1C *relation, SetP set);
+    void calculate(rel::LinearFunction1C *relation);
 };
 
 } // namespace evalg

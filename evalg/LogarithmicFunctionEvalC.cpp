@@ -17,10 +17,10 @@ oss::PointerTC<ds::GraphDataSetWinC> LogarithmicFunctionEvalC::evaluateGraph(
     esb::CartesianRelationServiceIC &service, oss::PointerTC<ds::GraphicalDomainC> domain) {
     return evaluateWith<rel::LogarithmicFunctionC>(
         service, domain, 1002, 501,
-        [this](rel::LogarithmicFunctionC *relation, SetP set) { calculate(relation, set); });
+        [this](rel::LogarithmicFunctionC *relation, SetP) { calculate(relation); });
 }
 
-void LogarithmicFunctionEvalC::calculate(rel::LogarithmicFunctionC *relation, SetP set) {
+void LogarithmicFunctionEvalC::calculate(rel::LogarithmicFunctionC *relation) {
     double B = relation->getBase();
     double a = relation->get_a();
     double b = relation->get_b();
@@ -41,7 +41,7 @@ void LogarithmicFunctionEvalC::calculate(rel::LogarithmicFunctionC *relation, Se
             double hc = round_to_hcentre(h);
             if (!(xTo < hc)) xTo = hc;
         }
-        appendPixelPointsXYSwapped(k, xFrom, xTo, set);
+        pushSpan(ROWS, BACK, k, xFrom, xTo);
         return;
     }
 
@@ -77,7 +77,7 @@ void LogarithmicFunctionEvalC::calculate(rel::LogarithmicFunctionC *relation, Se
             double yNext = y + yStep;
             if (yNext == y) break;
             double xNext = E * x + D;
-            appendPixelPointsXYSwapped(yNext - yHalfStep, x, xNext, set);
+            pushSpan(ROWS, BACK, yNext - yHalfStep, x, xNext);
             y = yNext;
             x = xNext;
         } while (y < yEnd);
@@ -97,7 +97,7 @@ void LogarithmicFunctionEvalC::calculate(rel::LogarithmicFunctionC *relation, Se
             // rounds back to y; stop there rather than loop forever.
             if (yNext == y) break;
             double xNext = E * x + D;
-            prependPixelPointsXYSwapped(yHalfStep + yNext, xNext, x, set);
+            pushSpan(ROWS, FRONT, yHalfStep + yNext, xNext, x);
             y = yNext;
             x = xNext;
         } while (y > yStart);

@@ -24,7 +24,7 @@ public:
                                                        oss::PointerTC<ds::GraphicalDomainC> domain) override;
 
 private:
-    void calculate(rel::LogarithmicFunctionC *relation, SetP set);
+    void calculate(rel::LogarithmicFunctionC *relation);
 };
 
 } // namespace evalg

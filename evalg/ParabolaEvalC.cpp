@@ -31,23 +31,21 @@ void ParabolaEvalC::calculate(rel::ParabolaC *relation, SetP set) {
     // Rows are walked: the vertex's walked coordinate is k, its value h.
     drawFromVertex(
         rowWalk(), c, k, h, [relation](double y) { return relation->f(y); },
-        [&](double y0, double x0, double d2) { calculateBottomHalf(y0, x0, d2, c, k, set, relation); },
-        [&](double xFar) { calculateVertex(xFar, c, k, h, set); },
-        [&](double y0, double x0, double d2) { calculateTopHalf(y0, x0, d2, c, k, set, relation); });
+        [&](double y0, double x0, double d2) { calculateBottomHalf(y0, x0, d2, c, k); },
+        [&](double xFar) { calculateVertex(xFar, c, k, h); },
+        [&](double y0, double x0, double d2) { calculateTopHalf(y0, x0, d2, c, k); });
 }
 
-void ParabolaEvalC::calculateBottomHalf(double y, double x, double d2, double c, double k, SetP set,
-                                        rel::ParabolaC *) {
-    walkPrependingHalf(rowWalk(), y, x, d2, c, k, set);
+void ParabolaEvalC::calculateBottomHalf(double y, double x, double d2, double c, double k) {
+    walkHalf(rowWalk(), FRONT, y, x, d2, c, k);
 }
 
-void ParabolaEvalC::calculateTopHalf(double y, double x, double d2, double c, double k, SetP set,
-                                     rel::ParabolaC *) {
-    walkAppendingHalf(rowWalk(), y, x, d2, c, k, set);
+void ParabolaEvalC::calculateTopHalf(double y, double x, double d2, double c, double k) {
+    walkHalf(rowWalk(), BACK, y, x, d2, c, k);
 }
 
-void ParabolaEvalC::calculateVertex(double xFar, double c, double k, double h, SetP set) {
-    emitVertexRun(rowWalk(), xFar, c, k, h, set);
+void ParabolaEvalC::calculateVertex(double xFar, double c, double k, double h) {
+    emitVertexRun(rowWalk(), xFar, c, k, h);
 }
 
 } // namespace evalg

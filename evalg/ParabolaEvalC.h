@@ -25,9 +25,9 @@ public:
 private:
     void calculate(rel::ParabolaC *relation, SetP set);
     // The halves take the relation but step by differences and never evaluate it.
-    void calculateBottomHalf(double y, double x, double d2, double c, double k, SetP set, rel::ParabolaC *relation);
-    void calculateTopHalf(double y, double x, double d2, double c, double k, SetP set, rel::ParabolaC *relation);
-    void calculateVertex(double xFar, double c, double k, double h, SetP set);
+    void calculateBottomHalf(double y, double x, double d2, double c, double k);
+    void calculateTopHalf(double y, double x, double d2, double c, double k);
+    void calculateVertex(double xFar, double c, double k, double h);
 };
 
 } // namespace evalg

@@ -29,7 +29,7 @@ void ParabolaVertEvalC::calculate(rel::ParabolaVertC *relation, SetP set) {
     // An infinite a gives c == 0: neither sign test then holds, so the halves
     // run flat along k and the vertex run is not drawn.
     double c = 1.0 / (a * 4.0);
-    calculateFromVertex(relation, c, h, k, set);
+    calculateFromVertex(relation, c, h, k);
 }
 
 } // namespace evalg

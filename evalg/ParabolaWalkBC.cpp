@@ -14,11 +14,11 @@ ParabolaWalkBC &ParabolaWalkBC::operator=(ParabolaWalkBC const &) = default;
 ParabolaWalkBC::~ParabolaWalkBC() {}
 
 ParabolaWalkBC::AxisS ParabolaWalkBC::columnWalk() const {
-    return AxisS{xStep, xHalfStep, xMin, xMax, leftEdge, rightEdge, bottomEdge, topEdge, false};
+    return AxisS{xStep, xHalfStep, xMin, xMax, leftEdge, rightEdge, bottomEdge, topEdge, COLUMNS};
 }
 
 ParabolaWalkBC::AxisS ParabolaWalkBC::rowWalk() const {
-    return AxisS{yStep, yHalfStep, yMin, yMax, bottomEdge, topEdge, leftEdge, rightEdge, true};
+    return AxisS{yStep, yHalfStep, yMin, yMax, bottomEdge, topEdge, leftEdge, rightEdge, ROWS};
 }
 
 bool ParabolaWalkBC::firstHalfStart(AxisS const &axis, double c, double h, double k, double fLow, double fHigh,
@@ -71,78 +71,60 @@ bool ParabolaWalkBC::vertexRunFar(AxisS const &axis, double c, double k, double 
 }
 
 double ParabolaWalkBC::roundDown(AxisS const &axis, double v) const {
-    return axis.rows ? round_to_bottom(v) : round_to_left(v);
+    return axis.along == ROWS ? round_to_bottom(v) : round_to_left(v);
 }
 
 double ParabolaWalkBC::roundUp(AxisS const &axis, double v) const {
-    return axis.rows ? round_to_top(v) : round_to_right(v);
+    return axis.along == ROWS ? round_to_top(v) : round_to_right(v);
 }
 
-void ParabolaWalkBC::emitRun(AxisS const &axis, double at, double from, double to, SetP set, bool prepend) {
-    if (axis.rows) {
-        if (prepend)
-            prependPixelPointsXYSwapped(at, from, to, set);
-        else
-            appendPixelPointsXYSwapped(at, from, to, set);
-    } else if (prepend) {
-        prependPixelPoints(at, from, to, set);
-    } else {
-        appendPixelPoints(at, from, to, set);
-    }
+void ParabolaWalkBC::emitRun(AxisS const &axis, double at, double from, double to, bool prepend) {
+    pushSpan(axis.along, prepend ? FRONT : BACK, at, from, to);
 }
 
-void ParabolaWalkBC::walkAppendingHalf(AxisS const &axis, double x, double y, double d2, double c, double h,
-                                       SetP set) {
-    addStartMarker(nextMarker(set));
+void ParabolaWalkBC::walkHalf(AxisS const &axis, EndE end, double x, double y, double d2, double c, double h) {
+    // One loop for both directions: s = 1 walks towards higher x and
+    // appends, s = -1 towards lower x and prepends. Negation is exact, so
+    // s*(x - h) is h - x, x + s*step is x - step and s*x < -min is x > min,
+    // bit for bit, as separate loops would compute them.
+    bool front = end == FRONT;
+    double s = front ? -1.0 : 1.0;
+    if (front)
+        // Slot 0, not the next slot: the prepending half marks the set's
+        // current first point (on an empty set, the spare slot the next
+        // append takes). This differs from the appending half on purpose.
+        openStretchAt(0);
+    else
+        openStretch();
     // One d2 short of the first step's difference: the loop adds d2 first.
-    double d1 = ((x - h) * 2.0 - axis.step) * axis.step * c;
-    if (x < axis.max) {
+    double d1 = ((s * (x - h)) * 2.0 - axis.step) * axis.step * c;
+    double limit = front ? -axis.min : axis.max;
+    double stride = s * axis.step;
+    // From the far edge of the new cell back to its centre.
+    double back = s * axis.halfStep;
+    if (s * x < limit) {
         double xNext;
         do {
             // The curve has left the window through the edge it heads for
             // (a NaN value stops here too).
             if (c > 0 && !(y <= axis.valueHigh)) break;
             if (c < 0 && !(y >= axis.valueLow)) break;
-            xNext = axis.step + x;
+            xNext = x + stride;
             if (xNext == x) break;
             d1 = d1 + d2;
             double yNext = d1 + y;
-            emitRun(axis, xNext - axis.halfStep, y, yNext, set, false);
+            emitRun(axis, xNext - back, y, yNext, front);
             x = xNext;
             y = yNext;
-        } while (xNext < axis.max);
+        } while (s * xNext < limit);
     }
-    addEndMarker(lastMarker(set));
+    // The last point of the set either way: the prepending half's own end
+    // point is its first-emitted one, next to the vertex.
+    closeStretch();
 }
 
-void ParabolaWalkBC::walkPrependingHalf(AxisS const &axis, double x, double y, double d2, double c, double h,
-                                        SetP set) {
-    // Slot 0, not the next slot: the prepending half marks the set's current
-    // first point (on an empty set, the spare slot the next append takes).
-    // This differs from the appending half on purpose.
-    addStartMarker(firstMarker(set));
-    double d1 = ((h - x) * 2.0 - axis.step) * axis.step * c;
-    if (x > axis.min) {
-        double xNext;
-        do {
-            if (c > 0 && !(y <= axis.valueHigh)) break;
-            if (c < 0 && !(y >= axis.valueLow)) break;
-            xNext = x - axis.step;
-            if (xNext == x) break;
-            d1 = d1 + d2;
-            double yNext = d1 + y;
-            emitRun(axis, axis.halfStep + xNext, y, yNext, set, true);
-            x = xNext;
-            y = yNext;
-        } while (xNext > axis.min);
-    }
-    // The last point of the set, as in the appending half: the prepending
-    // half's own end point is its first-emitted one, next to the vertex.
-    addEndMarker(lastMarker(set));
-}
-
-void ParabolaWalkBC::emitVertexRun(AxisS const &axis, double yFar, double c, double h, double k, SetP set) {
-    addStartMarker(nextMarker(set));
+void ParabolaWalkBC::emitVertexRun(AxisS const &axis, double yFar, double c, double h, double k) {
+    openStretch();
     // The centre of the vertex's pixel by the column rounding, also when rows
     // are walked (then applied to a y): kept so, not the row rounding.
     double xc = round_to_hcentre(h);
@@ -154,8 +136,8 @@ void ParabolaWalkBC::emitVertexRun(AxisS const &axis, double yFar, double c, dou
         from = yFar > axis.valueLow ? yFar : axis.valueLow;
         to = k < axis.valueHigh ? k : axis.valueHigh;
     }
-    emitRun(axis, xc, from, to, set, false);
-    addEndMarker(lastMarker(set));
+    emitRun(axis, xc, from, to, false);
+    closeStretch();
 }
 
 } // namespace evalg

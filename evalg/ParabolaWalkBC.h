@@ -30,7 +30,7 @@ protected:
         double min, max;            // outermost pixel centres along the walk
         double low, high;           // outer edges along the walk
         double valueLow, valueHigh; // outer edges across it, where the curve's value is tested
-        bool rows;                  // rows are walked and runs lie along x
+        AxisE along;                // the axis walked, and so the emission's orientation
     };
     AxisS columnWalk() const;
     AxisS rowWalk() const;
@@ -58,14 +58,13 @@ protected:
         if (secondHalfStart(axis, c, h, k, fLow, fHigh, x0)) secondHalf(x0, f(x0), d2);
     }
 
-    // The half walked towards lower x, from the edge x where the curve has
-    // value y; prepends, so the set keeps reading from low to high x.
-    void walkPrependingHalf(AxisS const &axis, double x, double y, double d2, double c, double h, SetP set);
-    // The half walked towards higher x; appends.
-    void walkAppendingHalf(AxisS const &axis, double x, double y, double d2, double c, double h, SetP set);
+    // One half from the edge x where the curve has value y: towards lower x
+    // prepending (end FRONT), so the set keeps reading from low to high x, or
+    // towards higher x appending (BACK).
+    void walkHalf(AxisS const &axis, EndE end, double x, double y, double d2, double c, double h);
     // The run of the vertex's own pixel, from the far value yFar to k, clamped
     // to the window's outer edges.
-    void emitVertexRun(AxisS const &axis, double yFar, double c, double h, double k, SetP set);
+    void emitVertexRun(AxisS const &axis, double yFar, double c, double h, double k);
 
 private:
     bool firstHalfStart(AxisS const &axis, double c, double h, double k, double fLow, double fHigh,
@@ -75,7 +74,7 @@ private:
     static bool vertexRunFar(AxisS const &axis, double c, double k, double yl, double yr, double &yFar);
     double roundDown(AxisS const &axis, double v) const;
     double roundUp(AxisS const &axis, double v) const;
-    void emitRun(AxisS const &axis, double at, double from, double to, SetP set, bool prepend);
+    void emitRun(AxisS const &axis, double at, double from, double to, bool prepend);
 };
 
 } // namespace evalg

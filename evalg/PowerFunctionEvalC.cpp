@@ -17,10 +17,10 @@ oss::PointerTC<ds::GraphDataSetWinC> PowerFunctionEvalC::evaluateGraph(
     esb::CartesianRelationServiceIC &service, oss::PointerTC<ds::GraphicalDomainC> domain) {
     return evaluateWith<rel::PowerFunctionC>(
         service, domain, 1001, 500,
-        [this](rel::PowerFunctionC *relation, SetP set) { calculate(relation, set); });
+        [this](rel::PowerFunctionC *relation, SetP) { calculate(relation); });
 }
 
-void PowerFunctionEvalC::calculate(rel::PowerFunctionC *relation, SetP set) {
+void PowerFunctionEvalC::calculate(rel::PowerFunctionC *relation) {
     double a = relation->get_a();
     double h = relation->get_h();
     double k = relation->get_k();
@@ -40,48 +40,48 @@ void PowerFunctionEvalC::calculate(rel::PowerFunctionC *relation, SetP set) {
         // edge it escapes through, left branch first, so the set stays in
         // drawing order.
         if (restriction != rel::POWER_DOMAIN_RIGHT_OF_H) {
-            plotf(leftEdge, xl, relation, set);
+            plotf(leftEdge, xl, relation);
             bool down = (a > 0 && odd) || (a < 0 && !odd);
             if (!down) {
                 if (std::isfinite(fl) && fl < topEdge) {
-                    appendPixelPoints(xc, fl, topEdge, set);
-                    addEndMarker(lastMarker(set));
+                    pushSpan(COLUMNS, BACK, xc, fl, topEdge);
+                    closeStretch();
                 }
             } else if (std::isfinite(fl) && fl > bottomEdge) {
-                appendPixelPoints(xc, fl, bottomEdge, set);
-                addEndMarker(lastMarker(set));
+                pushSpan(COLUMNS, BACK, xc, fl, bottomEdge);
+                closeStretch();
             }
         }
         if (restriction != rel::POWER_DOMAIN_LEFT_OF_H) {
             // The right branch's run comes down (up) from the edge to the sample.
             if (a > 0) {
                 if (std::isfinite(fr) && fr < topEdge) {
-                    appendPixelPoints(xc, topEdge, fr, set);
-                    addEndMarker(lastMarker(set));
+                    pushSpan(COLUMNS, BACK, xc, topEdge, fr);
+                    closeStretch();
                 }
             } else if (std::isfinite(fr) && fr > bottomEdge) {
-                appendPixelPoints(xc, bottomEdge, fr, set);
-                addEndMarker(lastMarker(set));
+                pushSpan(COLUMNS, BACK, xc, bottomEdge, fr);
+                closeStretch();
             }
-            plotf(xr, rightEdge, relation, set);
+            plotf(xr, rightEdge, relation);
         }
     } else if (!odd && hInside && double(r) > 0) {
         // A turning point in the window; the restriction is not consulted here.
-        plotf(leftEdge, xl, relation, set);
+        plotf(leftEdge, xl, relation);
         // The nearer neighbour's far side: larger for a > 0, smaller otherwise;
         // a tie keeps fl. Not clamped here: the emission clips it.
         double yFar = a > 0 ? (fr > fl ? fr : fl) : (fr < fl ? fr : fl);
-        appendPixelPoints(xc, k, yFar, set);
-        addEndMarker(lastMarker(set));
-        plotf(xr, rightEdge, relation, set);
+        pushSpan(COLUMNS, BACK, xc, k, yFar);
+        closeStretch();
+        plotf(xr, rightEdge, relation);
     } else if (!((h > rightEdge && restriction == rel::POWER_DOMAIN_RIGHT_OF_H) ||
                  (h < leftEdge && restriction == rel::POWER_DOMAIN_LEFT_OF_H))) {
         // One sweep. With h inside, the excluded side is drawn as f gives it.
-        plotf(leftEdge, rightEdge, relation, set);
+        plotf(leftEdge, rightEdge, relation);
     }
 }
 
-void PowerFunctionEvalC::plotf(double from, double to, rel::PowerFunctionC *relation, SetP set) {
+void PowerFunctionEvalC::plotf(double from, double to, rel::PowerFunctionC *relation) {
     double y = relation->f(from);
     double x = from;
     // Finite samples are not required: whatever f returns goes to the emission.
@@ -92,11 +92,11 @@ void PowerFunctionEvalC::plotf(double from, double to, rel::PowerFunctionC *rela
             if (xNext == x) break;
             x = xNext;
             double yNext = relation->f(x);
-            appendPixelPoints(x - xStep * 0.5, y, yNext, set);
+            pushSpan(COLUMNS, BACK, x - xStep * 0.5, y, yNext);
             y = yNext;
         } while (x < to - xStep * 0.5);
     }
-    addEndMarker(lastMarker(set));
+    closeStretch();
 }
 
 } // namespace evalg

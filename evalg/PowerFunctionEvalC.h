@@ -24,9 +24,9 @@ public:
                                                        oss::PointerTC<ds::GraphicalDomainC> domain) override;
 
 private:
-    void calculate(rel::PowerFunctionC *relation, SetP set);
+    void calculate(rel::PowerFunctionC *relation);
     // Samples f at the column edges from `from` up to `to`, one run per column.
-    void plotf(double from, double to, rel::PowerFunctionC *relation, SetP set);
+    void plotf(double from, double to, rel::PowerFunctionC *relation);
 };
 
 } // namespace evalg

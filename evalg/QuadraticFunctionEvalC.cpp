@@ -26,7 +26,7 @@ void QuadraticFunctionEvalC::calculate(rel::QuadraticFunctionC *relation, SetP s
         calculateConstant(k, set);
         return;
     }
-    calculateFromVertex(relation, a, h, k, set);
+    calculateFromVertex(relation, a, h, k);
 }
 
 } // namespace evalg

@@ -23,6 +23,13 @@ oss::PointerTC<ds::GraphDataSetWinC> SinusoidalFunctionEvalC::evaluateGraph(
 
 void SinusoidalFunctionEvalC::calculate(rel::SinusoidalFunctionC *relation, SetP set) {
     if (!set) return;
+    // Bound here too: a caller may run the calculation without the driver.
+    bindSpans(set.get());
+    walk(relation);
+    unbindSpans();
+}
+
+void SinusoidalFunctionEvalC::walk(rel::SinusoidalFunctionC *relation) {
     double b = relation->get_b();
     double k = relation->get_k();
     double h = relation->get_h();
@@ -57,7 +64,7 @@ void SinusoidalFunctionEvalC::calculate(rel::SinusoidalFunctionC *relation, SetP
     double troughX = std::fmod(P * 0.5 + phase, P) + leftEdge;
 
     // On the first byte before any point exists: the first point takes it.
-    addStartMarker(firstMarker(set));
+    openStretch();
     bool outside = false;
     bool reentryPending = false;
     // The point that took the last end marker, kept as an index: the marker
@@ -69,15 +76,15 @@ void SinusoidalFunctionEvalC::calculate(rel::SinusoidalFunctionC *relation, SetP
         if (x > crestX) {
             if (x > troughX) {
                 // Both extremes in one column: a period shorter than a pixel.
-                appendPixelPoints(xc, k - b, k + b, set);
+                pushSpan(COLUMNS, BACK, xc, k - b, k + b);
                 troughX += P;
                 crestX += P;
             } else {
-                appendPixelPoints(xc, yPrev < yCur ? yPrev : yCur, k + b, set);
+                pushSpan(COLUMNS, BACK, xc, yPrev < yCur ? yPrev : yCur, k + b);
                 crestX += P;
             }
         } else if (x > troughX) {
-            appendPixelPoints(xc, yPrev > yCur ? yPrev : yCur, k - b, set);
+            pushSpan(COLUMNS, BACK, xc, yPrev > yCur ? yPrev : yCur, k - b);
             troughX += P;
         } else {
             // Only ordinary columns keep the visibility bookkeeping; an
@@ -87,19 +94,19 @@ void SinusoidalFunctionEvalC::calculate(rel::SinusoidalFunctionC *relation, SetP
                     // Out for a second column: a start marker is due on return.
                     reentryPending = true;
                 } else {
-                    exitIndex = long(set->getCount()) - 1;
-                    addEndMarker(markerSlot(*set, exitIndex));
+                    exitIndex = long(boundCount()) - 1;
+                    closeStretchAt(exitIndex);
                     outside = true;
                 }
             } else {
                 if (reentryPending) {
                     // On the point that took the end marker, not on the new one.
-                    addStartMarker(markerSlot(*set, exitIndex));
+                    openStretchAt(exitIndex);
                     reentryPending = false;
                 }
                 outside = false;
             }
-            appendPixelPoints(xc, yPrev, yCur, set);
+            pushSpan(COLUMNS, BACK, xc, yPrev, yCur);
         }
         double xNext = x + xStep;
         // A step lost to rounding would never reach the right edge.

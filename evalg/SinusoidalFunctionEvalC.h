@@ -25,6 +25,9 @@ public:
 
     // Public, unlike the other evaluators' calculate.
     void calculate(rel::SinusoidalFunctionC *relation, SetP set);
+
+private:
+    void walk(rel::SinusoidalFunctionC *relation);
 };
 
 } // namespace evalg

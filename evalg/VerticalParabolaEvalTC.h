@@ -22,23 +22,23 @@ public:
 
 protected:
     // Left half, vertex column, right half, for the vertex (h, k).
-    void calculateFromVertex(RelationT *relation, double c, double h, double k, SetP set) {
+    void calculateFromVertex(RelationT *relation, double c, double h, double k) {
         drawFromVertex(
             columnWalk(), c, h, k, [relation](double x) { return relation->f(x); },
-            [&](double x0, double y0, double d2) { calculateLeftHalf(x0, y0, d2, c, h, set); },
-            [&](double yFar) { calculateVertex(yFar, c, h, k, set); },
-            [&](double x0, double y0, double d2) { calculateRightHalf(x0, y0, d2, c, h, set); });
+            [&](double x0, double y0, double d2) { calculateLeftHalf(x0, y0, d2, c, h); },
+            [&](double yFar) { calculateVertex(yFar, c, h, k); },
+            [&](double x0, double y0, double d2) { calculateRightHalf(x0, y0, d2, c, h); });
     }
 
 private:
-    void calculateLeftHalf(double x, double y, double d2, double c, double h, SetP set) {
-        walkPrependingHalf(columnWalk(), x, y, d2, c, h, set);
+    void calculateLeftHalf(double x, double y, double d2, double c, double h) {
+        walkHalf(columnWalk(), FRONT, x, y, d2, c, h);
     }
-    void calculateRightHalf(double x, double y, double d2, double c, double h, SetP set) {
-        walkAppendingHalf(columnWalk(), x, y, d2, c, h, set);
+    void calculateRightHalf(double x, double y, double d2, double c, double h) {
+        walkHalf(columnWalk(), BACK, x, y, d2, c, h);
     }
-    void calculateVertex(double yFar, double c, double h, double k, SetP set) {
-        emitVertexRun(columnWalk(), yFar, c, h, k, set);
+    void calculateVertex(double yFar, double c, double h, double k) {
+        emitVertexRun(columnWalk(), yFar, c, h, k);
     }
 };
 

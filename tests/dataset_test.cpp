@@ -109,4 +109,48 @@ TEST(DataSet, AppendingAnotherSetMergesPendingMarkersOrJoinsPaths) {
     EXPECT_FALSE(a->appendPixelPoints(PointerTC<GraphDataSetWinC>(), false));
 }
 
+// Bulk writes, reserve and clear against the same points appended and
+// prepended one by one, with markers pending in the spare slots, on seeded
+// random runs from small hints (so the bulk room must grow).
+TEST(DataSet, BulkWritesMatchOneByOneWrites) {
+    Rng rng(5);
+    for (int trial = 0; trial < 300; ++trial) {
+        PointerTC<GraphDataSetWinC> bulk = makeSet(unsigned(rng.below(4)), unsigned(rng.below(3)));
+        PointerTC<GraphDataSetWinC> single = makeSet(0, 0);
+        if (trial % 7 == 0) {
+            bulk->appendPixelPoint(9L, 9L, PixelPointC::LAST_VISIBLE);
+            bulk->clear(unsigned(rng.below(5))); // as good as new
+        }
+        for (int step = 0; step < 20; ++step) {
+            unsigned int n = 0;
+            unsigned char mark = (unsigned char)(1 + rng.below(2));
+            long slot = rng.below(2) ? -1 : long(single->getCount());
+            bulk->getPixelMarkers(n)[slot] |= mark;
+            single->getPixelMarkers(n)[slot] |= mark;
+            if (rng.below(4) == 0) bulk->reserve(std::size_t(rng.below(50)), std::size_t(rng.below(50)));
+            bool front = rng.below(2);
+            std::size_t count = std::size_t(rng.below(40)), wanted = count + std::size_t(rng.below(3));
+            POINT *room = front ? bulk->reservePrepend(wanted) : bulk->reserveAppend(wanted);
+            ASSERT_NE(room, nullptr);
+            for (std::size_t i = 0; i < count; ++i) {
+                POINT p{int(rng.below(1000)) - 10, int(rng.below(1000))};
+                room[front ? -1 - std::ptrdiff_t(i) : std::ptrdiff_t(i)] = p;
+                if (front)
+                    single->prependPixelPoint(long(p.x), long(p.y), 0);
+                else
+                    single->appendPixelPoint(p, 0);
+            }
+            if (front)
+                bulk->commitPrepend(count);
+            else
+                bulk->commitAppend(count);
+        }
+        ASSERT_EQ(points(bulk), points(single)) << "trial " << trial;
+        unsigned int n = 0, m = 0;
+        unsigned char *bm = bulk->getPixelMarkers(n), *sm = single->getPixelMarkers(m);
+        EXPECT_EQ(bm[-1], sm[-1]);
+        EXPECT_EQ(bm[n], sm[m]);
+    }
+}
+
 } // namespace

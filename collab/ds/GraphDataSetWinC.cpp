@@ -74,6 +74,36 @@ bool GraphDataSetWinC::reserveBack() {
     return relocate(begin_, count > MIN_GROWTH ? count : MIN_GROWTH);
 }
 
+// Room for n more at one end: at least n, and at least as much again as is
+// held, so that repeated bulk writes stay amortised O(1) per point.
+bool GraphDataSetWinC::growFront(std::size_t n) {
+    std::size_t count = end_ - begin_;
+    std::size_t room = count > MIN_GROWTH ? count : MIN_GROWTH;
+    if (n > MAX_POINTS) return false;
+    return relocate(room > n ? room : n, capacity_ - end_);
+}
+
+bool GraphDataSetWinC::growBack(std::size_t n) {
+    std::size_t count = end_ - begin_;
+    std::size_t room = count > MIN_GROWTH ? count : MIN_GROWTH;
+    if (n > MAX_POINTS) return false;
+    return relocate(begin_, room > n ? room : n);
+}
+
+bool GraphDataSetWinC::reserve(std::size_t front, std::size_t back) {
+    std::size_t haveFront = begin_;
+    std::size_t haveBack = capacity_ - end_;
+    if (haveFront >= front && haveBack >= back) return true;
+    if (front > MAX_HINT || back > MAX_HINT) return false;
+    return relocate(haveFront > front ? haveFront : front, haveBack > back ? haveBack : back);
+}
+
+void GraphDataSetWinC::clear(std::size_t frontReserve) {
+    // Only the points' slots and the two spare slots can be nonzero.
+    if (markers_) std::fill(markers_.get() + begin_, markers_.get() + end_ + 2, static_cast<unsigned char>(0));
+    begin_ = end_ = frontReserve < capacity_ ? frontReserve : capacity_;
+}
+
 bool GraphDataSetWinC::appendGrowing(POINT const &point, unsigned char const &marker) {
     POINT p = point; // the argument may live in this set's own storage
     if (!reserveBack()) return false;
@@ -98,14 +128,20 @@ bool GraphDataSetWinC::appendPixelPoints(oss::PointerTC<GraphDataSetWinC> other,
             i = 1;
         }
     }
-    bool ok = true;
-    // Index afresh every time: other may be this set, whose storage moves.
-    for (; i < n; ++i) {
-        POINT p = other->points_[other->begin_ + i];
-        unsigned char m = other->markers_[other->begin_ + i + 1];
-        ok = appendPixelPoint(p, m) && ok;
-    }
-    return ok;
+    if (i >= n) return true;
+    std::size_t m = n - i;
+    // Room first: other may be this set, whose storage moves when it grows.
+    if (!reserveAppend(m)) return false;
+    POINT const *from = other->points_.get() + other->begin_ + i;
+    unsigned char const *marks = other->markers_.get() + other->begin_ + i + 1;
+    std::copy(from, from + m, points_.get() + end_);
+    // ORed, as appending one by one would: the first slot may hold a pending
+    // marker; the others are 0. Spare slots that hold no point stay 0, so
+    // reading this set's own markers while writing them gives the same.
+    unsigned char *to = markers_.get() + end_ + 1;
+    for (std::size_t j = 0; j < m; ++j) to[j] |= marks[j];
+    end_ += m;
+    return true;
 }
 
 POINT *GraphDataSetWinC::getPixelPoints(unsigned int &count) const {

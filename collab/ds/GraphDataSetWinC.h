@@ -56,6 +56,37 @@ public:
         return true;
     }
 
+    // Bulk writes, for emission that knows how many points it may bring:
+    // reserveAppend(n) makes room for n points behind the last and returns
+    // where the first of them goes; the caller writes up to n points there in
+    // order and then commits how many it wrote. reservePrepend(n) makes room
+    // for n points in front of the first and returns the current first
+    // point's address: the caller writes the point prepended first at [-1],
+    // the next at [-2], and so on, then commits their number. Either way the
+    // result is that of appending (prepending) the points one by one with
+    // marker 0: marker slots that hold no point are 0 save the spare slots,
+    // and a marker pending in a spare slot lands on the point that takes it.
+    // Null when the room cannot be had; nothing is then written.
+    POINT *reserveAppend(std::size_t n) {
+        if (capacity_ - end_ < n && !growBack(n)) return nullptr;
+        return points_.get() + end_;
+    }
+    void commitAppend(std::size_t n) { end_ += n; }
+    POINT *reservePrepend(std::size_t n) {
+        if (begin_ < n && !growFront(n)) return nullptr;
+        return points_.get() + begin_;
+    }
+    void commitPrepend(std::size_t n) { begin_ -= n; }
+
+    // Makes room for front more points in front of the first and back more
+    // behind the last, in one step, for a caller that knows what is coming
+    // (a hint like the constructor's: false only when the room cannot be had).
+    bool reserve(std::size_t front, std::size_t back);
+
+    // Empties the set and keeps its storage, with frontReserve of its room
+    // (at most all of it) in front, for reuse as scratch.
+    void clear(std::size_t frontReserve);
+
     // Appends the other set's points with their markers. With flag false this
     // is exactly appending them one by one (a marker pending in this set's slot
     // count merges into the first of them; the other set's spare slots are not
@@ -95,6 +126,8 @@ private:
     }
     bool reserveFront();
     bool reserveBack();
+    bool growFront(std::size_t n);
+    bool growBack(std::size_t n);
     bool relocate(std::size_t front, std::size_t back);
 
     // Point i lives at points_[begin_ + i]; its marker at markers_[begin_ + i + 1].

@@ -1,0 +1,161 @@
+#include "evalg/HyperbolaWalkBC.h"
+
+#include <cmath>
+#include <limits>
+#include <new>
+
+#include "collab/oss/IntegerConversionC.h"
+#include "evalg/GraphDomainServiceNames.h"
+
+namespace qelt {
+namespace mathapp {
+namespace evalg {
+
+namespace {
+
+// Cells between two exact values of the difference walk.
+const int ANCHOR_PERIOD = 32;
+
+} // namespace
+
+HyperbolaWalkBC::HyperbolaWalkBC() : stepCount(0) {}
+HyperbolaWalkBC::HyperbolaWalkBC(HyperbolaWalkBC const &) = default;
+HyperbolaWalkBC &HyperbolaWalkBC::operator=(HyperbolaWalkBC const &) = default;
+HyperbolaWalkBC::~HyperbolaWalkBC() {}
+
+void HyperbolaWalkBC::plotBranches(BranchFrame const &fr, AxisE axis, SetP target) {
+    unsigned long &steps = stepCount;
+    steps = 0;
+    double const inf = std::numeric_limits<double>::infinity();
+    if (!target) return;
+    // A window one pixel wide or high has infinite cells: no grid to walk.
+    if (!(fr.wStep > 0 && fr.wStep < inf && fr.fStep > 0 && fr.fStep < inf)) return;
+    if (!(std::isfinite(fr.cw) && std::isfinite(fr.cf))) return;
+    oss::PointerTC<ds::GraphicalDomainC> domain = target->getDomain();
+
+    // In pixels: the vertex lies p cells from the centre along f, and the
+    // asymptotes move m cells along f per cell along w.
+    double p = std::fabs(fr.af) / fr.fStep;
+    double m = (std::fabs(fr.af) / std::fabs(fr.aw)) * (fr.wStep / fr.fStep);
+    // NaN parameters, 0/0 and inf/inf give NaN; a vertex whose square
+    // overflows lies further out than any window a double can place.
+    if (!(p * p < inf) || std::isnan(m)) return;
+    // b = 0 (or a slope too steep to square): each branch folds onto the ray
+    // from its vertex outwards, inside the vertex cell.
+    bool rays = !(m * m < inf);
+
+    double fMin = fr.fLo + 0.5 * fr.fStep;
+    double fMax = fr.fHi - 0.5 * fr.fStep;
+    // Clamped to the centres of the outermost cells, so every point is in the grid.
+    auto clamp = [&](double f) { return f < fMin ? fMin : (f > fMax ? fMax : f); };
+    auto cellOf = [&](double f) { return std::floor((f - fr.fLo) / fr.fStep); };
+    auto meets = [&](double f1, double f2) {
+        double lo = f1 < f2 ? f1 : f2;
+        double hi = f1 < f2 ? f2 : f1;
+        return hi >= fr.fLo && lo <= fr.fHi && !std::isnan(f1) && !std::isnan(f2);
+    };
+    auto G = [&](double n) { return p * p + (m * n) * (m * n); }; // (f - cf)^2 in pixels, n cells from cw
+    auto centre = [&](int j) { return fr.wEdge + (j + 0.5) * fr.wStep; };
+    double n0 = (fr.wEdge - fr.cw) / fr.wStep; // edge 0, in cells from the centre
+
+    // The vertex cell, and the first cell of each half (outside [0, cells) when empty).
+    double vertexCell = std::floor((fr.cw - fr.wEdge) / fr.wStep);
+    bool vertexInside = vertexCell >= 0 && vertexCell < fr.cells;
+    int upperFirst = vertexCell < 0 ? 0 : vertexInside ? oss::IntegerConversionC::toInt32(vertexCell) : fr.cells;
+    int lowerFirst = upperFirst - 1;
+
+    for (int side = -1; side <= 1; side += 2) {
+        // a = 0: both branches are the line f = cf; drawn once.
+        if (side < 0 && p == 0 && m == 0) continue;
+        // Wholly beyond the window on its own side, with its vertex.
+        double vertexF = fr.cf + side * fr.fStep * p;
+        if (side > 0 ? vertexF > fr.fHi : vertexF < fr.fLo) continue;
+        SetP lower(new (std::nothrow) ds::GraphDataSetWinC(402, 401, domain));
+        SetP upper(new (std::nothrow) ds::GraphDataSetWinC(402, 0, domain));
+        if (!lower || !upper) continue; // a failed allocation leaves the branch out
+        auto f = [&](double g) { return fr.cf + side * fr.fStep * g; };
+
+        // Cells first, first + d, ... of one half; each span reads along the
+        // curve (prepending turns the near-to-far order round). A half meets
+        // the window in one run of cells, so it stops at the first cell after
+        // that run. Returns whether the first cell met the window.
+        auto walkHalf = [&](int first, int d, EndE end, SetP const &set) {
+            bindSpans(set.get());
+            bool seen = false;
+            bool firstMet = false;
+            double nNear = n0 + double(d > 0 ? first : first + 1);
+            double gNear = std::sqrt(G(nNear));
+            double g2 = 0; // (f - cf)^2 at the far edge
+            double d1 = 0; // its first difference towards the next far edge
+            double d2 = 2 * m * m;
+            int i = 0;
+            for (int j = first; j >= 0 && j < fr.cells; j += d, ++i) {
+                ++steps;
+                double nFar = n0 + double(d > 0 ? j + 1 : j);
+                if (i % ANCHOR_PERIOD == 0) {
+                    g2 = G(nFar);
+                    d1 = m * m * (2 * nFar * d + 1);
+                }
+                double gFar = std::sqrt(g2);
+                double fNear = f(gNear);
+                double fFar = f(gFar);
+                if (meets(fNear, fFar)) {
+                    pushSpan(axis, end, centre(j), clamp(fNear), clamp(fFar));
+                    firstMet = firstMet || j == first;
+                    seen = true;
+                } else if (seen) {
+                    break;
+                }
+                gNear = gFar;
+                g2 = g2 + d1;
+                d1 = d1 + d2;
+            }
+            return firstMet;
+        };
+
+        // The vertex cell opens the upper half: lower edge, vertex, upper edge.
+        bool upperJoins = false;
+        int next = upperFirst;
+        if (vertexInside) {
+            ++steps;
+            ++next;
+            double gLo = rays ? inf : std::sqrt(G(n0 + double(upperFirst)));
+            double gHi = rays ? inf : std::sqrt(G(n0 + double(upperFirst + 1)));
+            double fV = f(p);
+            if (meets(fV, f(gLo > gHi ? gLo : gHi))) {
+                double fTip = clamp(fV);
+                bindSpans(upper.get());
+                pushSpan(axis, BACK, centre(upperFirst), clamp(f(gLo)), fTip);
+                // Back out to the upper edge, unless that ends in the vertex's own pixel.
+                double fOut = clamp(f(gHi));
+                if (cellOf(fOut) != cellOf(fTip)) pushSpan(axis, BACK, centre(upperFirst), fOut, fOut);
+                upperJoins = true;
+            }
+        }
+        bool lowerJoins = false;
+        if (!rays) {
+            walkHalf(next, +1, BACK, upper);
+            lowerJoins = walkHalf(lowerFirst, -1, FRONT, lower) && vertexInside;
+        }
+
+        // The halves' pending spans go out to their sets before these are read.
+        bindSpans(target.get());
+        // Both halves meet the window next to the vertex: one stretch.
+        bool joined = upperJoins && lowerJoins;
+        if (lower->getCount() != 0) {
+            addStartMarker(firstMarker(lower));
+            if (!joined) addEndMarker(lastMarker(lower));
+        }
+        if (upper->getCount() != 0) {
+            if (!joined) addStartMarker(firstMarker(upper));
+            addEndMarker(lastMarker(upper));
+        }
+        target->appendPixelPoints(lower, false);
+        target->appendPixelPoints(upper, false);
+    }
+    return;
+}
+
+} // namespace evalg
+} // namespace mathapp
+} // namespace qelt
