@@ -90,20 +90,22 @@ bool isProcessLink(std::string const &linkText) { return linkText.compare(0, 6, 
 
 } // namespace
 
-OutputFile::OutputFile(std::string const &path) : path_(path.empty() ? "-" : path) {
-    if (path_ == "-") {
-        fd_ = 1;
-        return;
-    }
+bool isStandardOutput(std::string const &path) {
+    if (path.empty() || path == "-") return true;
     struct stat given, standardOutput;
-    bool exists = ::stat(path_.c_str(), &given) == 0;
-    // Any name of the file standard output already is (/dev/stdout,
-    // /dev/fd/1, a terminal's device): write to it as standard output.
-    if (exists && ::fstat(1, &standardOutput) == 0 && given.st_dev == standardOutput.st_dev &&
-        given.st_ino == standardOutput.st_ino) {
+    return ::stat(path.c_str(), &given) == 0 && ::fstat(1, &standardOutput) == 0 &&
+           given.st_dev == standardOutput.st_dev && given.st_ino == standardOutput.st_ino;
+}
+
+OutputFile::OutputFile(std::string const &path) : path_(path.empty() ? "-" : path) {
+    // Written as standard output, whatever name it goes by; opening
+    // /dev/stdout anew would start at its beginning, not where it stands.
+    if (isStandardOutput(path_)) {
         fd_ = 1;
         return;
     }
+    struct stat given;
+    bool exists = ::stat(path_.c_str(), &given) == 0;
     if (exists && S_ISDIR(given.st_mode)) {
         errno = EISDIR;
         fail("write");

@@ -18,6 +18,10 @@ std::string formatNames(std::vector<Format> const &formats); // "png|svg|json"
 Format chooseFormat(std::string const &option, std::string const &path, std::vector<Format> const &allowed,
                     Format fallback);
 
+// Whether path names standard output: empty, "-", or any name of the file
+// standard output already is (/dev/stdout, /dev/fd/1, the terminal's device).
+bool isStandardOutput(std::string const &path);
+
 // Where an output goes, opened before the first byte and finished by
 // commit(). A regular file (or a link to one, or a name that does not exist
 // yet) is written to a temporary file beside it and renamed over it on

@@ -1,5 +1,6 @@
 #include "PlotFormats.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -70,9 +71,14 @@ std::string brailleChar(unsigned bits) {
     return out;
 }
 
-char const *ansiColour(std::uint8_t colour) {
-    static char const *const codes[curveColourCount] = {"34", "31", "32", "33", "35", "36", "33", "95"};
-    return codes[(colour - FirstCurveColour) % curveColourCount];
+// The terminal's 256-colour code nearest a palette colour; an undecided
+// shade is its relation's colour, dimmed.
+std::string ansiColour(std::uint8_t colour) {
+    bool dim = isUndecidedShade(colour);
+    Rgb c = paletteColour(dim ? std::uint8_t(colour - curveColourCount) : colour);
+    auto level = [](std::uint8_t v) { return (int(v) * 5 + 127) / 255; };
+    int code = 16 + 36 * level(c.r) + 6 * level(c.g) + level(c.b);
+    return "\x1b[" + std::string(dim ? "2;" : "") + "38;5;" + std::to_string(code) + "m";
 }
 
 } // namespace
@@ -154,23 +160,38 @@ std::string plotSvg(Picture const &picture, int scale) {
     return out.str();
 }
 
-std::string plotText(Picture const &picture, bool colour) {
+std::string plotText(Picture const &picture, bool colour, int width) {
     Image image = renderPicture(picture);
+    // Dots across and down: the picture shrunk by one factor both ways when
+    // it is wider than the line.
+    long long const W = image.width(), H = image.height();
+    long long dotsX = std::min(W, 2LL * width);
+    long long dotsY = dotsX == W ? H : std::max(1LL, (H * dotsX + W - 1) / W);
+    auto strongest = [&](long long dx, long long dy) {
+        long long x0 = dx * W / dotsX, x1 = std::max(x0 + 1, (dx + 1) * W / dotsX);
+        long long y0 = dy * H / dotsY, y1 = std::max(y0 + 1, (dy + 1) * H / dotsY);
+        std::uint8_t best = Background;
+        for (long long y = y0; y < y1 && y < H; ++y)
+            for (long long x = x0; x < x1 && x < W; ++x)
+                if (prominence(image.at(int(x), int(y))) > prominence(best)) best = image.at(int(x), int(y));
+        return best;
+    };
     std::string out;
-    for (int cy = 0; cy < image.height(); cy += 4) {
+    for (long long cy = 0; cy < dotsY; cy += 4) {
         std::uint8_t current = Background;
-        for (int cx = 0; cx < image.width(); cx += 2) {
+        for (long long cx = 0; cx < dotsX; cx += 2) {
             unsigned bits = 0;
             std::uint8_t cellColour = Background;
-            for (int y = 0; y < 4 && cy + y < image.height(); ++y)
-                for (int x = 0; x < 2 && cx + x < image.width(); ++x) {
-                    std::uint8_t p = image.at(cx + x, cy + y);
-                    if (p == Background || p == GridColour) continue; // the grid is too busy in dots
+            for (int y = 0; y < 4 && cy + y < dotsY; ++y)
+                for (int x = 0; x < 2 && cx + x < dotsX; ++x) {
+                    std::uint8_t p = strongest(cx + x, cy + y);
+                    if (prominence(p) <= prominence(GridColour)) continue; // the grid is too busy in dots
                     bits |= brailleBit(x, y);
-                    if (p >= FirstCurveColour) cellColour = p;
+                    if (prominence(p) > prominence(cellColour)) cellColour = p;
                 }
+            if (prominence(cellColour) < prominence(undecidedShade(FirstCurveColour))) cellColour = Background;
             if (colour && cellColour != current) {
-                out += cellColour == Background ? std::string("\x1b[0m") : "\x1b[" + std::string(ansiColour(cellColour)) + "m";
+                out += cellColour == Background ? std::string("\x1b[0m") : "\x1b[0m" + ansiColour(cellColour);
                 current = cellColour;
             }
             out += brailleChar(bits);
@@ -185,7 +206,7 @@ std::string plotText(Picture const &picture, bool colour) {
         Curve const &c = picture.curves[i];
         std::string line = c.label + "  (" + c.drawing.evaluator + ", " + std::to_string(c.drawing.points.size()) +
                            " points)";
-        if (colour) line = "\x1b[" + std::string(ansiColour(curveColour(i))) + "m" + line + "\x1b[0m";
+        if (colour) line = ansiColour(curveColour(i)) + line + "\x1b[0m";
         out += line + "\n";
     }
     return out;

@@ -273,7 +273,7 @@ TEST_P(PlotFormats, SvgHasOnePolylinePerStretch) {
 TEST_P(PlotFormats, TextSetsADotAtEveryPoint) {
     PlotCase const &c = GetParam();
     Folder f;
-    Result r = plot(f, c, {});
+    Result r = plot(f, c, {"--width=10000"}); // wide enough for one dot per pixel
     ASSERT_EQ(r.status, 0) << r.err;
     std::vector<std::u32string> lines;
     std::istringstream in(r.out);
