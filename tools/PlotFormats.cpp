@@ -88,7 +88,9 @@ std::string plotJson(Picture const &picture) {
     Json out;
     out["window"] = {{"xmin", w.xMin}, {"xmax", w.xMax}, {"ymin", w.yMin},
                      {"ymax", w.yMax}, {"columns", w.columns}, {"rows", w.rows}};
-    out["markers"] = {{"FIRST_VISIBLE", PixelPointC::FIRST_VISIBLE}, {"LAST_VISIBLE", PixelPointC::LAST_VISIBLE}};
+    out["markers"] = {{"FIRST_VISIBLE", PixelPointC::FIRST_VISIBLE},
+                      {"LAST_VISIBLE", PixelPointC::LAST_VISIBLE},
+                      {"UNDECIDED", PixelPointC::UNDECIDED}};
     out["relations"] = Json::array();
     for (Curve const &c : picture.curves) {
         Json points = Json::array();
@@ -104,14 +106,15 @@ std::string plotJson(Picture const &picture) {
 
 std::string plotCsv(Picture const &picture) {
     std::ostringstream out;
-    out << "relation,kind,point,column,row,markers,first_visible,last_visible\n";
+    out << "relation,kind,point,column,row,markers,first_visible,last_visible,undecided\n";
     for (std::size_t i = 0; i < picture.curves.size(); ++i) {
         Curve const &c = picture.curves[i];
         for (std::size_t j = 0; j < c.drawing.points.size(); ++j) {
             PixelPoint const &p = c.drawing.points[j];
             out << i + 1 << ',' << csvField(c.kind) << ',' << j << ',' << p.column << ',' << p.row << ','
                 << unsigned(p.markers) << ',' << ((p.markers & PixelPointC::FIRST_VISIBLE) ? 1 : 0) << ','
-                << ((p.markers & PixelPointC::LAST_VISIBLE) ? 1 : 0) << '\n';
+                << ((p.markers & PixelPointC::LAST_VISIBLE) ? 1 : 0) << ','
+                << ((p.markers & PixelPointC::UNDECIDED) ? 1 : 0) << '\n';
         }
     }
     return out.str();
@@ -146,13 +149,22 @@ std::string plotSvg(Picture const &picture, int scale) {
         Curve const &c = picture.curves[i];
         out << "<g stroke=\"" << hexColour(curveColour(i)) << "\"><title>" << xmlEscape(c.label) << " ("
             << c.drawing.evaluator << ")</title>\n";
-        for (Stroke const &s : c.drawing.strokes) {
-            out << "<polyline points=\"";
-            for (std::size_t j = 0; j < s.size(); ++j)
-                out << (j ? " " : "") << s[j].column + 0.5 << ',' << s[j].row + 0.5;
-            // A lone point repeated: a zero-length line with square caps shows as its pixel.
-            if (s.size() == 1) out << ' ' << s[0].column + 0.5 << ',' << s[0].row + 0.5;
-            out << "\"/>\n";
+        std::string light = hexColour(undecidedShade(curveColour(i)));
+        for (Stroke const &stroke : c.drawing.strokes) {
+            for (ShadedPiece const &piece : shadedPieces(stroke)) {
+                std::vector<PixelPoint> const &s = piece.points;
+                out << "<polyline " << (piece.undecided ? "stroke=\"" + light + "\" " : "") << "points=\"";
+                for (std::size_t j = 0; j < s.size(); ++j)
+                    out << (j ? " " : "") << s[j].column + 0.5 << ',' << s[j].row + 0.5;
+                // A lone point repeated: a zero-length line with square caps shows as its pixel.
+                if (s.size() == 1) out << ' ' << s[0].column + 0.5 << ',' << s[0].row + 0.5;
+                out << "\"/>\n";
+            }
+            // An undecided point shows light even where a decided segment ends on it.
+            for (PixelPoint const &p : stroke)
+                if (isUndecided(p))
+                    out << "<rect x=\"" << p.column << "\" y=\"" << p.row << "\" width=\"1\" height=\"1\" fill=\""
+                        << light << "\" stroke=\"none\"/>\n";
         }
         out << "</g>\n";
     }
