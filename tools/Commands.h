@@ -18,6 +18,7 @@ struct PlotOptions {
     WindowOptions window;
     std::string output, format, scale = "4";
     std::string width; // of the text picture, in characters
+    std::string title; // written under a PNG picture
     bool noAxes = false;
 };
 void runPlot(PlotOptions const &o);

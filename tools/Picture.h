@@ -49,6 +49,7 @@ struct Picture {
     Window window;
     std::vector<Curve> curves;
     bool axes = true;
+    std::string title; // empty for none
 };
 
 std::vector<PixelPoint> pixelPoints(qelt::oss::PointerTC<qelt::mathapp::ds::GraphDataSetWinC> const &set);

@@ -58,6 +58,7 @@ void runPlot(PlotOptions const &o) {
     Picture picture;
     picture.window = w;
     picture.axes = !o.noAxes;
+    picture.title = o.title;
     for (RelationRequest const &request : requests) picture.curves.push_back(drawRelation(request, w));
 
     std::string data;

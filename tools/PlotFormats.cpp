@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "collab/ds/PixelPointC.h"
+#include "Font.h"
 #include "GridLines.h"
 #include "Image.h"
 #include "Numbers.h"
@@ -224,6 +225,29 @@ std::string plotText(Picture const &picture, bool colour, int width) {
     return out;
 }
 
-std::string plotPng(Picture const &picture, int scale) { return encodePng(renderPicture(picture), scale); }
+std::string plotPng(Picture const &picture, int scale) {
+    Image plot = renderPicture(picture);
+    std::size_t legend = picture.curves.size() > 1 ? picture.curves.size() : 0;
+    std::size_t lines = legend + (picture.title.empty() ? 0 : 1);
+    if (lines == 0) return encodePng(plot, scale);
+    // Below the window, so the window's pixels keep their place: the title,
+    // then a swatch and the label of each relation.
+    int font = scale >= 3 ? 2 : 1, lineHeight = (glyphHeight + 3) * font, margin = 4;
+    int width = plot.width() * scale, top = plot.height() * scale;
+    Image out(width, top + margin + int(lines) * lineHeight, Background);
+    out.paste(plot, 0, 0, scale);
+    int y = top + margin;
+    if (!picture.title.empty()) {
+        out.text(margin, y, picture.title, Ink, font);
+        y += lineHeight;
+    }
+    for (std::size_t i = 0; i < legend; ++i) {
+        for (int t = 0; t < 2 * font; ++t)
+            out.line(margin, y + 3 * font + t, margin + 12 * font, y + 3 * font + t, curveColour(i));
+        out.text(margin + 16 * font, y, picture.curves[i].label, Ink, font);
+        y += lineHeight;
+    }
+    return encodePng(out, 1);
+}
 
 } // namespace evalgtool

@@ -28,6 +28,8 @@ std::string plotSvg(Picture const &picture, int scale);
 // each dot shows the strongest pixel of the block it covers.
 std::string plotText(Picture const &picture, bool colour, int width);
 
+// The window pixel for pixel, each pixel scale x scale; below it the title
+// and, for several relations, a legend of colours and labels.
 std::string plotPng(Picture const &picture, int scale);
 
 } // namespace evalgtool
