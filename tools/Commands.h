@@ -17,6 +17,8 @@ struct PlotOptions {
     std::vector<std::vector<std::string>> others;    // each --and
     WindowOptions window;
     std::string output, format, scale = "4";
+    std::string width; // of the text picture, in characters
+    std::string title; // written under a PNG picture
     bool noAxes = false;
 };
 void runPlot(PlotOptions const &o);
@@ -25,6 +27,7 @@ struct TableOptions {
     std::vector<std::string> relation;
     std::string xs, from, to, step;
     std::string output, format;
+    std::string digits; // significant digits of the values; empty for all that tell the double
 };
 void runTable(TableOptions const &o);
 

@@ -9,25 +9,38 @@ namespace evalgtool {
 
 namespace {
 
-Rgb const palette[FirstCurveColour + curveColourCount] = {
+Rgb const fixedColours[FirstCurveColour] = {
     {255, 255, 255}, // background
     {228, 228, 228}, // light grid
     {120, 120, 120}, // axes
     {20, 20, 20},    // labels
-    {31, 119, 180},  // blue
-    {214, 39, 40},   // red
-    {44, 160, 44},   // green
-    {255, 127, 14},  // orange
-    {148, 103, 189}, // purple
-    {23, 170, 190},  // teal
-    {140, 86, 75},   // brown
-    {227, 80, 180},  // pink
 };
+
+// Chosen by a search for the largest smallest CIELAB distance between any
+// two, and from the axes, in ordinary vision and under the Machado et al.
+// (2009) simulations of the three dichromacies; the tests check that
+// distance. Each also keeps L* between 35 and 68, dark enough on white and
+// light enough to lighten.
+Rgb const relationColours[curveColourCount] = {
+    {0x00, 0x77, 0x99}, {0xff, 0x00, 0x00}, {0x99, 0x44, 0xff}, {0x88, 0x44, 0x44},
+    {0x88, 0xaa, 0x88}, {0xcc, 0x99, 0x55}, {0x99, 0x33, 0xbb}, {0xbb, 0x88, 0xff},
+    {0x66, 0x00, 0xff}, {0x33, 0xaa, 0xcc}, {0x99, 0x33, 0x22}, {0xbb, 0x66, 0x55},
+};
+
+// Undecided pixels: the relation's colour taken most of the way to white,
+// still darker than the grid.
+std::uint8_t lighten(std::uint8_t c) { return std::uint8_t(c + (255 - c) * 11 / 20); }
 
 } // namespace
 
 Rgb paletteColour(std::uint8_t index) {
-    return index < FirstCurveColour + curveColourCount ? palette[index] : palette[Ink];
+    if (index < FirstCurveColour) return fixedColours[index];
+    if (index < FirstCurveColour + curveColourCount) return relationColours[index - FirstCurveColour];
+    if (index < paletteSize) {
+        Rgb c = relationColours[index - FirstCurveColour - curveColourCount];
+        return Rgb{lighten(c.r), lighten(c.g), lighten(c.b)};
+    }
+    return fixedColours[Ink];
 }
 
 std::string hexColour(std::uint8_t index) {
@@ -38,6 +51,25 @@ std::string hexColour(std::uint8_t index) {
 }
 
 std::uint8_t curveColour(std::size_t i) { return std::uint8_t(FirstCurveColour + i % curveColourCount); }
+
+std::uint8_t undecidedShade(std::uint8_t colour) {
+    return isCurveColour(colour) ? std::uint8_t(colour + curveColourCount) : colour;
+}
+
+bool isCurveColour(std::uint8_t index) {
+    return index >= FirstCurveColour && index < FirstCurveColour + curveColourCount;
+}
+
+bool isUndecidedShade(std::uint8_t index) {
+    return index >= FirstCurveColour + curveColourCount && index < paletteSize;
+}
+
+int prominence(std::uint8_t index) {
+    if (isCurveColour(index)) return 4;
+    if (isUndecidedShade(index)) return 3;
+    if (index == AxisColour || index == Ink) return 2;
+    return index == GridColour ? 1 : 0;
+}
 
 Image::Image(int width, int height, std::uint8_t fill)
     : width_(width), height_(height), pixels_(std::size_t(width) * std::size_t(height), fill) {}

@@ -7,9 +7,11 @@
 
 namespace evalgtool {
 
-// Palette indices of the pictures.
+// Palette indices of the pictures: the fixed colours, then one colour per
+// relation, then each relation colour's lighter shade for undecided pixels.
 enum : std::uint8_t { Background = 0, GridColour = 1, AxisColour = 2, Ink = 3, FirstCurveColour = 4 };
-int const curveColourCount = 8;
+int const curveColourCount = 12;
+int const paletteSize = FirstCurveColour + 2 * curveColourCount;
 
 struct Rgb {
     std::uint8_t r, g, b;
@@ -17,8 +19,18 @@ struct Rgb {
 Rgb paletteColour(std::uint8_t index);
 // "#1f77b4": the same colour for SVG and HTML.
 std::string hexColour(std::uint8_t index);
-// The colour of the i-th relation of a picture.
+// The colour of the i-th relation of a picture. Twelve colours, told apart
+// in ordinary vision and when simulated for protanopia, deuteranopia and
+// tritanopia; after twelve they repeat.
 std::uint8_t curveColour(std::size_t i);
+// The lighter shade of a relation colour, for pixels that are neither
+// excluded nor proven (the UNDECIDED marker).
+std::uint8_t undecidedShade(std::uint8_t curveColour);
+bool isCurveColour(std::uint8_t index);
+bool isUndecidedShade(std::uint8_t index);
+// Which of two overlapping palette colours a shrunk picture shows: a
+// relation over its undecided shade over the axes and labels over the grid.
+int prominence(std::uint8_t index);
 
 // A paletted picture, one byte per pixel, row 0 at the top. Drawing outside
 // it is clipped.

@@ -1,6 +1,7 @@
 #include "Kinds.h"
 
 #include <cfloat>
+#include <cmath>
 #include <set>
 #include <sstream>
 
@@ -72,6 +73,11 @@ ParamDef text(std::string name, std::string def, std::string meaning) {
 
 ParamDef integer(std::string name, double def, double lo, double hi, std::string meaning) {
     return ParamDef{std::move(name), ParamType::Integer, def, "", std::move(meaning), lo, hi};
+}
+
+ParamDef ruled(ParamDef p, unsigned rules) {
+    p.rules = rules;
+    return p;
 }
 
 // Draws with a closed-form evaluator: the visible stretches follow its markers.
@@ -164,6 +170,11 @@ std::vector<KindEntry> makeKinds() {
     ParamDef const b1 = number("b", 1, "");
     ParamDef const h0 = number("h", 0, "");
     ParamDef const k0 = number("k", 0, "");
+    // A zero focal distance is no parabola (the library draws y = k).
+    ParamDef const focal = ruled(a1, NotZero);
+    // Conic axes are squared, and a zero axis is no conic.
+    ParamDef const axisA = ruled(a1, FiniteSquare | NormalSquare);
+    ParamDef const axisB = ruled(b1, FiniteSquare | NormalSquare);
     // Exponents are whole numbers that a double holds exactly.
     double const exactInteger = 9007199254740992.0;
     std::vector<KindEntry> table;
@@ -176,31 +187,31 @@ std::vector<KindEntry> makeKinds() {
         [](Arguments const &a) { return new rel::QuadraticFunctionC(a.number("a"), a.number("h"), a.number("k")); },
         "a=0.25 h=1 k=-4"));
     table.push_back(graphKind<evalg::ParabolaVertEvalC>(
-        "vparabola", "(x - h)^2 = 4a(y - k), vertical axis", {h0, k0, a1}, "ParabolaVertEvalC",
+        "vparabola", "(x - h)^2 = 4a(y - k), vertical axis", {h0, k0, focal}, "ParabolaVertEvalC",
         [](Arguments const &a) { return new rel::ParabolaVertC(a.number("h"), a.number("k"), a.number("a")); },
         "h=-1 k=-3 a=0.5"));
     table.push_back(graphKind<evalg::ParabolaEvalC>(
-        "parabola", "(y - k)^2 = 4a(x - h), horizontal axis", {h0, k0, a1}, "ParabolaEvalC",
+        "parabola", "(y - k)^2 = 4a(x - h), horizontal axis", {h0, k0, focal}, "ParabolaEvalC",
         [](Arguments const &a) { return new rel::ParabolaC(a.number("h"), a.number("k"), a.number("a")); },
         "h=-4 k=0.5 a=1"));
     table.push_back(graphKind<evalg::CircleEvalC>(
-        "circle", "(x - h)^2 + (y - k)^2 = r^2", {h0, k0, number("r", 1, "")}, "CircleEvalC",
+        "circle", "(x - h)^2 + (y - k)^2 = r^2", {h0, k0, ruled(number("r", 1, ""), FiniteSquare)}, "CircleEvalC",
         [](Arguments const &a) { return new rel::CircleC(a.number("h"), a.number("k"), a.number("r")); },
         "h=-1 k=0.5 r=3.5"));
     table.push_back(graphKind<evalg::EllipseEvalC>(
-        "ellipse", "(x - h)^2/a^2 + (y - k)^2/b^2 = 1", {h0, k0, a1, b1}, "EllipseEvalC",
+        "ellipse", "(x - h)^2/a^2 + (y - k)^2/b^2 = 1", {h0, k0, axisA, axisB}, "EllipseEvalC",
         [](Arguments const &a) {
             return new rel::EllipseC(a.number("h"), a.number("k"), a.number("a"), a.number("b"));
         },
         "h=1 a=6 b=3"));
     table.push_back(graphKind<evalg::HyperbolaEvalC>(
-        "hyperbola", "(x - h)^2/a^2 - (y - k)^2/b^2 = 1", {h0, k0, a1, b1}, "HyperbolaEvalC",
+        "hyperbola", "(x - h)^2/a^2 - (y - k)^2/b^2 = 1", {h0, k0, axisA, axisB}, "HyperbolaEvalC",
         [](Arguments const &a) {
             return new rel::HyperbolaC(a.number("h"), a.number("k"), a.number("a"), a.number("b"));
         },
         "a=2 b=1.5"));
     table.push_back(graphKind<evalg::HyperbolaVertEvalC>(
-        "vhyperbola", "(y - k)^2/b^2 - (x - h)^2/a^2 = 1", {h0, k0, a1, b1}, "HyperbolaVertEvalC",
+        "vhyperbola", "(y - k)^2/b^2 - (x - h)^2/a^2 = 1", {h0, k0, axisA, axisB}, "HyperbolaVertEvalC",
         [](Arguments const &a) {
             return new rel::HyperbolaVertC(a.number("h"), a.number("k"), a.number("a"), a.number("b"));
         },
@@ -208,7 +219,10 @@ std::vector<KindEntry> makeKinds() {
     table.push_back(graphKind<evalg::PowerFunctionEvalC>(
         "power", "y = a(x - h)^r + k, r a whole number",
         {a1, h0, k0, integer("r", 1, -exactInteger, exactInteger, ""),
-         integer("restriction", 0, 0, 2, "0 every x, 1 only x >= h, 2 only x <= h")},
+         integer("restriction", 0, 0, 2,
+                 "0 every x, 1 only x >= h, 2 only x <= h, as tables and sampled of=power keep it;\n"
+                 "              the plot keeps it only for r < 0 (the branch beyond the pole) and where the whole\n"
+                 "              window lies on the excluded side: for r > 0 with h in the window it draws every x")},
         "PowerFunctionEvalC",
         [](Arguments const &a) {
             return new rel::PowerFunctionC(a.number("a"), a.number("h"), a.number("k"),
@@ -221,7 +235,8 @@ std::vector<KindEntry> makeKinds() {
         [](Arguments const &a) { return new rel::ExponentialFunctionC(a.number("b"), a.number("r"), a.number("k")); },
         "b=0.5 r=0.5 k=-3"));
     table.push_back(graphKind<evalg::LogarithmicFunctionEvalC>(
-        "log", "y = b log_base(a(x - h)) + k", {a1, b1, h0, k0, number("base", 10, "")},
+        "log", "y = b log_base(a(x - h)) + k",
+        {ruled(a1, NotZero), b1, h0, k0, ruled(number("base", 10, ""), Positive | NotOne)},
         "LogarithmicFunctionEvalC",
         [](Arguments const &a) {
             return new rel::LogarithmicFunctionC(a.number("a"), a.number("b"), a.number("h"), a.number("k"),
@@ -337,6 +352,8 @@ RelationRequest parseRelation(std::vector<std::string> const &words) {
             if (v < p->lo || v > p->hi)
                 throw UsageError(what + ": " + g.second + " is out of range; it must be from " +
                                  formatNumber(p->lo) + " to " + formatNumber(p->hi));
+            std::string refused = ruleViolation(*p, v);
+            if (!refused.empty()) throw UsageError(what + "=" + g.second + " is not allowed: " + refused);
             request.args.numbers[p->name] = v;
         }
     }
@@ -344,6 +361,28 @@ RelationRequest parseRelation(std::vector<std::string> const &words) {
     request.label = words[0];
     for (std::size_t i = 1; i < words.size(); ++i) request.label += " " + words[i];
     return request;
+}
+
+std::string allowedValues(ParamDef const &p) {
+    std::string const &n = p.name;
+    std::string out;
+    auto add = [&out](std::string const &text) { out += (out.empty() ? "" : "; ") + text; };
+    if (p.rules & Positive) add(n + " must be above 0" + (p.rules & NotOne ? " and not 1" : ""));
+    else if (p.rules & NotOne) add(n + " must not be 1");
+    if (p.rules & NotZero) add(n + " must not be 0");
+    if ((p.rules & FiniteSquare) && (p.rules & NormalSquare))
+        add("|" + n + "| must be from about 1.49e-154 to 1.34e154, so that " + n + "^2 is a finite nonzero number");
+    else if (p.rules & FiniteSquare)
+        add("|" + n + "| must be at most about 1.34e154, so that " + n + "^2 is finite");
+    return out;
+}
+
+std::string ruleViolation(ParamDef const &p, double v) {
+    double square = v * v;
+    bool refused = ((p.rules & Positive) && !(v > 0)) || ((p.rules & NotOne) && v == 1) ||
+                   ((p.rules & NotZero) && v == 0) || ((p.rules & FiniteSquare) && !std::isfinite(square)) ||
+                   ((p.rules & NormalSquare) && square < DBL_MIN);
+    return refused ? allowedValues(p) : "";
 }
 
 std::vector<ParamValue> parameterValues(RelationRequest const &request) {
@@ -378,6 +417,7 @@ std::string kindsHelp() {
         for (ParamDef const &p : k.params) {
             params += " " + p.name + "=" + formatDefault(p);
             if (p.type != ParamType::Text && !p.meaning.empty()) meanings += "\n              " + p.name + ": " + p.meaning;
+            if (p.rules) meanings += "\n              " + allowedValues(p);
         }
         if (k.wrapsKind) params += " and the parameters of KIND";
         out << "  " << k.name << std::string(k.name.size() < 11 ? 11 - k.name.size() : 1, ' ') << k.curve << "   ("

@@ -24,7 +24,23 @@ struct ParamDef {
     std::string meaning; // what a Text takes ("FILE"); for a number, a note for the help
 
     double lo, hi;    // accepted range of a Number or Integer
+    unsigned rules = 0; // ParamRule bits: values refused although finite and in range
 };
+
+// Values that draw nonsense, refused before drawing. The library draws
+// whatever it is given; these say where that is not the curve the kind names.
+enum ParamRule : unsigned {
+    NotZero = 1,        // a zero conic axis, focal distance or log factor
+    Positive = 2,       // a log base
+    NotOne = 4,         // a log base
+    FiniteSquare = 8,   // a radius or axis the rasteriser squares
+    NormalSquare = 16,  // with FiniteSquare: the square is not lost to underflow either
+};
+
+// What p's rules allow, as a sentence; empty without rules.
+std::string allowedValues(ParamDef const &p);
+// Why value is refused for p, naming what is allowed; empty when it is not.
+std::string ruleViolation(ParamDef const &p, double value);
 
 // The parameters of one relation after validation: every parameter of its
 // kind, given or defaulted.

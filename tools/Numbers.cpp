@@ -73,6 +73,13 @@ std::vector<double> parseNumberList(std::string const &text, std::string const &
     return out;
 }
 
+double roundToDigits(double v, int digits) {
+    if (!std::isfinite(v)) return v;
+    char buffer[64];
+    std::snprintf(buffer, sizeof buffer, "%.*g", digits, v);
+    return std::strtod(buffer, nullptr);
+}
+
 std::string formatNumber(double v) {
     if (std::isnan(v)) return "nan";
     if (std::isinf(v)) return v > 0 ? "inf" : "-inf";

@@ -18,6 +18,9 @@ long long parseInteger(std::string const &text, std::string const &what, long lo
 std::vector<double> parseNumberList(std::string const &text, std::string const &what, std::size_t count,
                                     std::string const &form);
 
+// v rounded to the given number of significant digits (1 to 17).
+double roundToDigits(double v, int digits);
+
 // The shortest text that reads back as the same double ("0.1", "-3", "1e-300").
 std::string formatNumber(double v);
 

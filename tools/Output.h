@@ -1,6 +1,7 @@
 #ifndef EVALG_TOOL_OUTPUT_H
 #define EVALG_TOOL_OUTPUT_H
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -17,9 +18,44 @@ std::string formatNames(std::vector<Format> const &formats); // "png|svg|json"
 Format chooseFormat(std::string const &option, std::string const &path, std::vector<Format> const &allowed,
                     Format fallback);
 
-// Writes data to path, or to standard output when path is empty or "-". A
-// file is written whole to a temporary file beside it and renamed over path,
-// so path never holds half an output. Throws OutputError.
+// Whether path names standard output: empty, "-", or any name of the file
+// standard output already is (/dev/stdout, /dev/fd/1, the terminal's device).
+bool isStandardOutput(std::string const &path);
+
+// Where an output goes, opened before the first byte and finished by
+// commit(). A regular file (or a link to one, or a name that does not exist
+// yet) is written to a temporary file beside it and renamed over it on
+// commit, so it never holds half an output; without commit the temporary is
+// removed and an earlier file stays as it was. Anything else is written in
+// place: standard output (an empty path, "-", or any name of the file
+// standard output already is, such as /dev/stdout), a FIFO, a character
+// device, or a link to one of them; replacing those would turn a device into
+// a plain file. Every failure, a full disk included, throws OutputError.
+class OutputFile {
+public:
+    explicit OutputFile(std::string const &path);
+    ~OutputFile();
+    OutputFile(OutputFile const &) = delete;
+    OutputFile &operator=(OutputFile const &) = delete;
+
+    void write(char const *data, std::size_t size);
+    void write(std::string const &data) { write(data.data(), data.size()); }
+    void commit();
+
+private:
+    void flush();
+    [[noreturn]] void fail(std::string const &what) const;
+
+    std::string path_;      // as given, for messages
+    std::string target_;    // the file a commit renames onto; empty when written in place
+    std::string temporary_; // the temporary beside target_
+    int fd_ = -1;
+    bool ownsFd_ = false;
+    bool committed_ = false;
+    std::string buffer_;
+};
+
+// The whole of data to path, through an OutputFile.
 void writeOutput(std::string const &path, std::string const &data);
 
 // Creates the folder and its missing parents. Throws OutputError.

@@ -44,4 +44,17 @@ std::vector<Stroke> visibleStretches(std::vector<PixelPoint> const &points, Wind
     return out;
 }
 
+bool isUndecided(PixelPoint const &p) { return (p.markers & PixelPointC::UNDECIDED) != 0; }
+
+std::vector<ShadedPiece> shadedPieces(Stroke const &stroke) {
+    std::vector<ShadedPiece> out;
+    if (stroke.size() == 1) out.push_back(ShadedPiece{stroke, isUndecided(stroke[0])});
+    for (std::size_t j = 1; j < stroke.size(); ++j) {
+        bool undecided = isUndecided(stroke[j - 1]) && isUndecided(stroke[j]);
+        if (out.empty() || out.back().undecided != undecided) out.push_back(ShadedPiece{{stroke[j - 1]}, undecided});
+        out.back().points.push_back(stroke[j]);
+    }
+    return out;
+}
+
 } // namespace evalgtool

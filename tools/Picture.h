@@ -49,6 +49,7 @@ struct Picture {
     Window window;
     std::vector<Curve> curves;
     bool axes = true;
+    std::string title; // empty for none
 };
 
 std::vector<PixelPoint> pixelPoints(qelt::oss::PointerTC<qelt::mathapp::ds::GraphDataSetWinC> const &set);
@@ -63,6 +64,17 @@ std::vector<PixelPoint> pixelPoints(qelt::oss::PointerTC<qelt::mathapp::ds::Grap
 // only walks columns and sets no markers leaves such a jump where the curve
 // has no points.
 std::vector<Stroke> visibleStretches(std::vector<PixelPoint> const &points, Window const &w, bool columnWalk);
+
+// A stroke cut where its shade changes. A segment between two UNDECIDED
+// points is drawn in the relation's lighter shade, any other in its colour;
+// neighbouring pieces share their end point. A one-point stroke is one piece.
+struct ShadedPiece {
+    std::vector<PixelPoint> points;
+    bool undecided;
+};
+std::vector<ShadedPiece> shadedPieces(Stroke const &stroke);
+
+bool isUndecided(PixelPoint const &p);
 
 } // namespace evalgtool
 

@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <cstdlib>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include "Commands.h"
@@ -15,6 +17,17 @@ namespace {
 // Pixels a raster picture may have after scaling: far above any screen, and
 // small enough that the image always fits in memory.
 long long const maxPicturePixels = 1LL << 26;
+
+// Characters of a text picture's line when no terminal says otherwise, and
+// the most --width takes.
+int const defaultTextWidth = 80;
+int const maxTextWidth = 10000;
+
+int terminalWidth() {
+    struct winsize size {};
+    if (::ioctl(1, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) return std::min(int(size.ws_col), maxTextWidth);
+    return defaultTextWidth;
+}
 
 } // namespace
 
@@ -35,10 +48,17 @@ void runPlot(PlotOptions const &o) {
     int scale = int(parseInteger(o.scale, "--scale", 1, 64));
     if (format == Format::Png) checkPictureSize(w.columns, w.rows, scale);
     if (format == Format::Text) checkPictureSize(w.columns, w.rows, 1);
+    bool toTerminal = isStandardOutput(o.output) && ::isatty(1);
+    if (format == Format::Png && toTerminal)
+        throw UsageError("a PNG picture is binary and standard output is a terminal; write it to a file with "
+                         "-o FILE.png, or pipe it on");
+    int width = o.width.empty() ? (toTerminal ? terminalWidth() : defaultTextWidth)
+                                : int(parseInteger(o.width, "--width", 1, maxTextWidth));
 
     Picture picture;
     picture.window = w;
     picture.axes = !o.noAxes;
+    picture.title = o.title;
     for (RelationRequest const &request : requests) picture.curves.push_back(drawRelation(request, w));
 
     std::string data;
@@ -47,11 +67,7 @@ void runPlot(PlotOptions const &o) {
     case Format::Svg: data = plotSvg(picture, scale); break;
     case Format::Json: data = plotJson(picture); break;
     case Format::Csv: data = plotCsv(picture); break;
-    case Format::Text: {
-        bool toTerminal = (o.output.empty() || o.output == "-") && ::isatty(1) && !std::getenv("NO_COLOR");
-        data = plotText(picture, toTerminal);
-        break;
-    }
+    case Format::Text: data = plotText(picture, toTerminal && !std::getenv("NO_COLOR"), width); break;
     }
     writeOutput(o.output, data);
 }

@@ -22,10 +22,14 @@ std::string plotCsv(Picture const &picture);
 // axes; the drawing is scale times the pixel size.
 std::string plotSvg(Picture const &picture, int scale);
 
-// The picture in braille characters (2x4 pixels each), axes included, and a
-// line per relation; colour adds terminal colours.
-std::string plotText(Picture const &picture, bool colour);
+// The picture in braille characters (2x4 dots each), axes included, and a
+// line per relation; colour adds terminal colours. A picture more than twice
+// width pixels wide is shrunk to width characters, the same factor both ways:
+// each dot shows the strongest pixel of the block it covers.
+std::string plotText(Picture const &picture, bool colour, int width);
 
+// The window pixel for pixel, each pixel scale x scale; below it the title
+// and, for several relations, a legend of colours and labels.
 std::string plotPng(Picture const &picture, int scale);
 
 } // namespace evalgtool

@@ -20,9 +20,16 @@ Image renderPicture(Picture const &picture) {
     for (std::size_t i = 0; i < picture.curves.size(); ++i) {
         std::uint8_t colour = curveColour(i);
         for (Stroke const &s : picture.curves[i].drawing.strokes) {
-            image.line(s[0].column, s[0].row, s[0].column, s[0].row, colour);
-            for (std::size_t j = 1; j < s.size(); ++j)
-                image.line(s[j - 1].column, s[j - 1].row, s[j].column, s[j].row, colour);
+            for (ShadedPiece const &piece : shadedPieces(s)) {
+                std::uint8_t shade = piece.undecided ? undecidedShade(colour) : colour;
+                std::vector<PixelPoint> const &p = piece.points;
+                image.line(p[0].column, p[0].row, p[0].column, p[0].row, shade);
+                for (std::size_t j = 1; j < p.size(); ++j)
+                    image.line(p[j - 1].column, p[j - 1].row, p[j].column, p[j].row, shade);
+            }
+            // An undecided point shows light even where a decided segment ends on it.
+            for (PixelPoint const &p : s)
+                if (isUndecided(p)) image.set(p.column, p.row, undecidedShade(colour));
         }
     }
     return image;

@@ -34,76 +34,112 @@ std::string joined(std::vector<std::string> const &names, char separator) {
     return out;
 }
 
-std::string render(Window const &w, std::vector<Row> const &rows, Format format) {
-    bool pixels = !rows.empty() && rows[0].hasPixel;
-    std::ostringstream out;
-    if (format == Format::Json) {
-        Json doc;
-        doc["window"] = {{"xmin", w.xMin}, {"xmax", w.xMax}, {"ymin", w.yMin},
-                         {"ymax", w.yMax}, {"columns", w.columns}, {"rows", w.rows}};
-        doc["points"] = Json::array();
-        for (Row const &r : rows) {
-            Json p = {{"x", r.x}, {"y", r.y}, {"marks", markNames(r.marks)}};
-            if (r.hasPixel) p["column"] = r.pixel.column, p["row"] = r.pixel.row;
-            doc["points"].push_back(p);
-        }
-        out << doc.dump(1) << "\n";
-    } else if (format == Format::Csv) {
-        out << "x,y,marks" << (pixels ? ",column,row" : "") << "\n";
-        for (Row const &r : rows) {
-            out << formatNumber(r.x) << ',' << formatNumber(r.y) << ',' << joined(markNames(r.marks), ' ');
-            if (r.hasPixel) out << ',' << r.pixel.column << ',' << r.pixel.row;
-            out << '\n';
-        }
-    } else {
-        for (Row const &r : rows) {
-            out << "x " << formatNumber(r.x) << "  y " << formatNumber(r.y);
-            if (r.hasPixel) out << "  column " << r.pixel.column << "  row " << r.pixel.row;
-            if (r.marks) out << "  " << joined(markNames(r.marks), ' ');
-            out << '\n';
-        }
+// Writes the rows one by one as they come, so that a long sketch never sits
+// in memory as a whole document.
+class RowWriter {
+public:
+    RowWriter(OutputFile &out, Window const &w, Format format, bool pixels)
+        : out_(out), format_(format), pixels_(pixels) {
+        if (format_ == Format::Json)
+            out_.write("{\n \"window\": {\"xmin\": " + formatNumber(w.xMin) + ", \"xmax\": " + formatNumber(w.xMax) +
+                       ", \"ymin\": " + formatNumber(w.yMin) + ", \"ymax\": " + formatNumber(w.yMax) +
+                       ", \"columns\": " + std::to_string(w.columns) + ", \"rows\": " + std::to_string(w.rows) +
+                       "},\n \"points\": [");
+        else if (format_ == Format::Csv)
+            out_.write(std::string("x,y,marks") + (pixels_ ? ",column,row" : "") + "\n");
     }
-    return out.str();
-}
+
+    void row(Row const &r) {
+        line_.clear();
+        if (format_ == Format::Json) {
+            Json marks = markNames(r.marks);
+            line_ += std::string(first_ ? "\n  " : ",\n  ") + "{\"x\": " + formatNumber(r.x) + ", \"y\": " +
+                     formatNumber(r.y) + ", \"marks\": " + marks.dump();
+            if (r.hasPixel)
+                line_ += ", \"column\": " + std::to_string(r.pixel.column) + ", \"row\": " + std::to_string(r.pixel.row);
+            line_ += "}";
+        } else if (format_ == Format::Csv) {
+            line_ += formatNumber(r.x) + ',' + formatNumber(r.y) + ',' + joined(markNames(r.marks), ' ');
+            if (r.hasPixel) line_ += ',' + std::to_string(r.pixel.column) + ',' + std::to_string(r.pixel.row);
+            line_ += '\n';
+        } else {
+            line_ += "x " + formatNumber(r.x) + "  y " + formatNumber(r.y);
+            if (r.hasPixel) line_ += "  column " + std::to_string(r.pixel.column) + "  row " + std::to_string(r.pixel.row);
+            if (r.marks) line_ += "  " + joined(markNames(r.marks), ' ');
+            line_ += '\n';
+        }
+        out_.write(line_);
+        first_ = false;
+    }
+
+    void finish() {
+        if (format_ == Format::Json) out_.write(first_ ? "]\n}\n" : "\n ]\n}\n");
+        out_.commit();
+    }
+
+private:
+    OutputFile &out_;
+    Format format_;
+    bool pixels_;
+    bool first_ = true;
+    std::string line_;
+};
+
+// Sketch points converted per batch: the library puts each point in its
+// pixel on its own, so batches give the pixels the whole sketch would.
+std::size_t const batchSize = 1 << 16;
 
 } // namespace
 
 void runSketchToPixels(SketchOptions const &o) {
     Window w = parseWindow(o.window.window, o.window.size);
     Format format = chooseFormat(o.format, o.output, {Format::Json, Format::Csv, Format::Text}, Format::Text);
-    std::vector<FilePoint> file = readPointsFile(o.file, "x", "y");
-    PointerTC<ds::FloatDataSetC> points(new ds::FloatDataSetC);
-    for (FilePoint const &p : file) points->addPoint(new ds::FloatPointC(p.a, p.b, p.marks));
-    PointerTC<qelt::mathapp::rel::SketchC> sketch(new qelt::mathapp::rel::SketchC(points));
-    std::vector<PixelPoint> pixels =
-        pixelPoints(qelt::mathapp::evalg::SketchEvalC().evaluatePixels(*sketch, makeDomain(w)));
-    // One pixel per point, in the sketch's order: each row pairs them up.
-    std::vector<Row> rows;
-    for (std::size_t i = 0; i < file.size() && i < pixels.size(); ++i)
-        rows.push_back(Row{file[i].a, file[i].b, file[i].marks, true, pixels[i]});
-    writeOutput(o.output, render(w, rows, format));
+    // A first reading checks the whole file, so that bad input writes nothing,
+    // standard output included; the second converts it batch by batch.
+    forEachPoint(o.file, "x", "y", [](FilePoint const &) {});
+    OutputFile out(o.output);
+    RowWriter writer(out, w, format, true);
+    std::vector<FilePoint> batch;
+    auto convert = [&]() {
+        PointerTC<ds::FloatDataSetC> points(new ds::FloatDataSetC);
+        for (FilePoint const &p : batch) points->addPoint(new ds::FloatPointC(p.a, p.b, p.marks));
+        PointerTC<qelt::mathapp::rel::SketchC> sketch(new qelt::mathapp::rel::SketchC(points));
+        std::vector<PixelPoint> pixels =
+            pixelPoints(qelt::mathapp::evalg::SketchEvalC().evaluatePixels(*sketch, makeDomain(w)));
+        // One pixel per point, in the sketch's order: each row pairs them up.
+        for (std::size_t i = 0; i < batch.size() && i < pixels.size(); ++i)
+            writer.row(Row{batch[i].a, batch[i].b, batch[i].marks, true, pixels[i]});
+        batch.clear();
+    };
+    forEachPoint(o.file, "x", "y", [&](FilePoint const &p) {
+        batch.push_back(p);
+        if (batch.size() == batchSize) convert();
+    });
+    convert();
+    writer.finish();
 }
 
 void runSketchFromPixels(SketchOptions const &o) {
     Window w = parseWindow(o.window.window, o.window.size);
     Format format = chooseFormat(o.format, o.output, {Format::Json, Format::Csv, Format::Text}, Format::Text);
-    std::vector<FilePoint> file = readPointsFile(o.file, "column", "row");
     PointerTC<ds::GraphDataSetWinC> pixels(new ds::GraphDataSetWinC(1000, 0, makeDomain(w)));
-    for (FilePoint const &p : file) {
+    // The path is read straight into the data set: the sketch is made of the whole of it.
+    forEachPoint(o.file, "column", "row", [&](FilePoint const &p) {
         // Pixel coordinates are whole numbers a POINT can hold.
         bool whole = std::floor(p.a) == p.a && std::floor(p.b) == p.b;
         if (!whole || p.a < -2147483648.0 || p.a > 2147483647.0 || p.b < -2147483648.0 || p.b > 2147483647.0)
             throw UsageError("points file '" + o.file + "': pixel " + formatNumber(p.a) + "," + formatNumber(p.b) +
                              " is not a pair of whole numbers column,row");
         pixels->appendPixelPoint(long(p.a), long(p.b), 0);
-    }
-    std::vector<Row> rows;
+    });
     // createSketch hands over a sketch nobody holds yet: the pointer takes it.
     PointerTC<qelt::mathapp::rel::SketchC> sketch(qelt::mathapp::evalg::SketchEvalC().createSketch(pixels));
+    OutputFile out(o.output);
+    RowWriter writer(out, w, format, false);
     if (sketch)
         for (ds::FloatPointC const *p : sketch->getValues())
-            rows.push_back(Row{p->getX(), p->getY(), p->getMarks(), false, PixelPoint{0, 0, 0}});
-    writeOutput(o.output, render(w, rows, format));
+            writer.row(Row{p->getX(), p->getY(), p->getMarks(), false, PixelPoint{0, 0, 0}});
+    writer.finish();
 }
 
 } // namespace evalgtool

@@ -58,30 +58,26 @@ public:
         return bits;
     }
 
-    std::vector<FilePoint> fromJson(std::string const &text) const {
-        json doc = json::parse(text, nullptr, false);
+    void fromJson(std::istream &in, std::function<void(FilePoint const &)> const &visit) const {
+        json doc = json::parse(in, nullptr, false);
         if (doc.is_discarded()) fail("", "not valid JSON");
         if (doc.is_object() && doc.contains("points")) doc = doc["points"];
         if (!doc.is_array()) fail("", "expected a list of points");
-        std::vector<FilePoint> out;
         for (std::size_t i = 0; i < doc.size(); ++i) {
             json const &p = doc[i];
             std::string where = "point " + std::to_string(i + 1);
             if (p.is_array() && p.size() >= 2) {
-                out.push_back(FilePoint{finite(p[0], where), finite(p[1], where), 0});
+                visit(FilePoint{finite(p[0], where), finite(p[1], where), 0});
             } else if (p.is_object() && p.contains(first_) && p.contains(second_)) {
                 unsigned short m = p.contains("marks") ? jsonMarks(p["marks"], where) : 0;
-                out.push_back(FilePoint{finite(p[first_], where), finite(p[second_], where), m});
+                visit(FilePoint{finite(p[first_], where), finite(p[second_], where), m});
             } else {
                 fail(where, "expected a point");
             }
         }
-        return out;
     }
 
-    std::vector<FilePoint> fromCsv(std::string const &text) const {
-        std::vector<FilePoint> out;
-        std::istringstream lines(text);
+    void fromCsv(std::istream &lines, std::function<void(FilePoint const &)> const &visit) const {
         std::size_t a = 0, b = 1, number = 0;
         bool first = true;
         for (std::string line; std::getline(lines, line);) {
@@ -107,13 +103,15 @@ public:
             }
             first = false;
             if (fields.size() <= std::max(a, b)) fail(where, "expected two numbers");
+            FilePoint p{0, 0, 0};
             try {
-                out.push_back(FilePoint{parseNumber(fields[a], first_), parseNumber(fields[b], second_), 0});
+                p = FilePoint{parseNumber(fields[a], first_), parseNumber(fields[b], second_), 0};
             } catch (UsageError const &e) {
                 fail(where, e.what());
             }
+            visit(p);
         }
-        return out;
+        if (lines.bad()) fail("", std::string("cannot read it: ") + std::strerror(errno));
     }
 
 private:
@@ -126,21 +124,34 @@ bool endsWith(std::string const &s, std::string const &end) {
 
 } // namespace
 
-std::vector<FilePoint> readPointsFile(std::string const &path, std::string const &first, std::string const &second) {
+void forEachPoint(std::string const &path, std::string const &first, std::string const &second,
+                  std::function<void(FilePoint const &)> const &visit) {
     Reader reader(path, first, second);
     struct stat info;
     if (::stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode))
         throw UsageError("points file '" + path + "': cannot read it: it is a folder");
     std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    if (in) text << in.rdbuf();
-    if (!in || in.bad())
-        throw UsageError("points file '" + path + "': cannot read it: " + std::strerror(errno));
-    std::string const s = text.str();
-    std::size_t start = s.find_first_not_of(" \t\r\n");
-    bool isJson = endsWith(path, ".json") ||
-                  (!endsWith(path, ".csv") && start != std::string::npos && (s[start] == '[' || s[start] == '{'));
-    return isJson ? reader.fromJson(s) : reader.fromCsv(s);
+    if (!in) throw UsageError("points file '" + path + "': cannot read it: " + std::strerror(errno));
+    // The extension decides, else the first character that is not blank.
+    bool isJson = endsWith(path, ".json");
+    if (!isJson && !endsWith(path, ".csv")) {
+        int c = in.peek();
+        while (c == ' ' || c == '\t' || c == '\r' || c == '\n') {
+            in.get();
+            c = in.peek();
+        }
+        isJson = c == '[' || c == '{';
+    }
+    if (isJson)
+        reader.fromJson(in, visit);
+    else
+        reader.fromCsv(in, visit);
+}
+
+std::vector<FilePoint> readPointsFile(std::string const &path, std::string const &first, std::string const &second) {
+    std::vector<FilePoint> out;
+    forEachPoint(path, first, second, [&out](FilePoint const &p) { out.push_back(p); });
+    return out;
 }
 
 std::vector<std::string> markNames(unsigned short bits) {

@@ -1,6 +1,7 @@
 #ifndef EVALG_TOOL_SKETCHFILE_H
 #define EVALG_TOOL_SKETCHFILE_H
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,13 @@ struct FilePoint {
 // two). first and second name the members ("x", "y" or "column", "row").
 // Throws UsageError naming the file, the place and the accepted form.
 std::vector<FilePoint> readPointsFile(std::string const &path, std::string const &first, std::string const &second);
+
+// The same points handed to visit one by one, in the file's order. A CSV
+// file is read line by line, holding one line at a time; a JSON file is
+// parsed whole. Throws UsageError as readPointsFile, possibly after visiting
+// the points before the bad one.
+void forEachPoint(std::string const &path, std::string const &first, std::string const &second,
+                  std::function<void(FilePoint const &)> const &visit);
 
 // The names of the marks set in marks: "x-intercept", "y-intercept",
 // "turning-point".

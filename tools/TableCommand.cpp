@@ -59,11 +59,6 @@ std::vector<double> tableXs(TableOptions const &o) {
     return xs;
 }
 
-// A missing value is a blank cell in text and CSV.
-std::string cell(double v) { return std::isnan(v) ? "" : formatNumber(v); }
-
-nlohmann::ordered_json value(double v) { return std::isnan(v) ? nlohmann::ordered_json() : nlohmann::ordered_json(v); }
-
 } // namespace
 
 void runTable(TableOptions const &o) {
@@ -71,6 +66,7 @@ void runTable(TableOptions const &o) {
     if (!request.drawnKind->relation)
         throw UsageError(request.kind->name + " has no y values to tabulate; kinds with values: every other");
     std::vector<double> xs = tableXs(o);
+    int digits = o.digits.empty() ? 0 : int(parseInteger(o.digits, "--digits", 1, 17));
     Format format = chooseFormat(o.format, o.output, {Format::Text, Format::Csv, Format::Json}, Format::Text);
 
     qelt::mathapp::esb::CartesianRelationServiceC service(request.drawnKind->relation(request.args));
@@ -78,6 +74,12 @@ void runTable(TableOptions const &o) {
     qelt::oss::PointerTC<qelt::mathapp::ds::TableDataSet2C> table = evaluator.evaluateTable2(service, xs);
     std::vector<qelt::mathapp::ds::FloatPoint2C *> rows;
     if (table) rows = table->getPoints();
+    auto rounded = [digits](double v) { return digits ? roundToDigits(v, digits) : v; };
+    // A missing value is a blank cell in text and CSV and null in JSON.
+    auto cell = [&rounded](double v) { return std::isnan(v) ? std::string() : formatNumber(rounded(v)); };
+    auto value = [&rounded](double v) {
+        return std::isnan(v) ? nlohmann::ordered_json() : nlohmann::ordered_json(rounded(v));
+    };
 
     std::ostringstream out;
     if (format == Format::Json) {

@@ -1,6 +1,7 @@
 // evalg: draws, tabulates and sketches relations with the evalg library.
 // Exit status: 0 done, 2 bad input (nothing written), 1 output not writable.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
 #include <new>
 
@@ -37,11 +38,30 @@ std::string commandPath(CLI::App &app) {
     return path;
 }
 
+// CLI11's message for words it did not expect, in the tool's terms: which
+// option is unknown.
+std::string extrasMessage(CLI::ExtrasError const &e) {
+    std::string message = e.what();
+    std::size_t colon = message.find(": ");
+    std::string words = colon == std::string::npos ? message : message.substr(colon + 2);
+    return (words.compare(0, 1, "-") == 0 ? "unknown option: " : "unexpected argument: ") + words;
+}
+
+// A command was required and none came: name the word that stood in its place.
+std::string missingCommandMessage(int argc, char **argv, std::string const &path, std::string const &commands) {
+    int skip = 1 + int(std::count(path.begin(), path.end(), ' ')) + (path.empty() ? 0 : 1);
+    for (int i = skip; i < argc; ++i)
+        if (argv[i][0] == '-') return "unknown option '" + std::string(argv[i]) + "'; the commands are " + commands;
+    return "a command is required: " + commands;
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
-    CLI::App app{"evalg: draw, tabulate and sketch relations with the evalg graph library."};
+    // Named here, so that usage lines say "evalg" and not the path it was run by.
+    CLI::App app{"evalg: draw, tabulate and sketch relations with the evalg graph library.", "evalg"};
     app.require_subcommand(1);
+    app.set_version_flag("--version", std::string("evalg ") + EVALG_VERSION);
     app.footer("Commands: plot, table, sketch to-pixels, sketch from-pixels, gallery.\n"
                "Run 'evalg gallery' to draw every kind into ./gallery (open gallery/index.html).\n"
                "Exit status: 0 done, 2 bad input (no file written), 1 the output could not be written.");
@@ -56,7 +76,10 @@ int main(int argc, char **argv) {
     plotCommand->add_option("--format", plot.format, "png|svg|json|csv|text; else from the file's extension");
     plotCommand->add_option("--scale", plot.scale, "S: each pixel drawn S x S in PNG and SVG, 1 to 64")
         ->default_str("4");
-    plotCommand->add_flag("--no-axes", plot.noAxes, "leave out the axes and the grid");
+    plotCommand->add_flag("--no-axes", plot.noAxes, "leave out the axes, the grid and their numbers");
+    plotCommand->add_option("--title", plot.title, "TEXT: a title under the PNG picture");
+    plotCommand->add_option("--width", plot.width,
+                            "N: the text picture's width in characters; default the terminal's, else 80");
     plotCommand->footer(kindsHelp());
 
     TableOptions table;
@@ -68,6 +91,7 @@ int main(int argc, char **argv) {
     tableCommand->add_option("--step", table.step, "S: the range's step, above 0");
     tableCommand->add_option("-o,--output", table.output, "FILE: where to write; the terminal when absent");
     tableCommand->add_option("--format", table.format, "text|csv|json; else from the file's extension");
+    tableCommand->add_option("--digits", table.digits, "N: round the values to N significant digits, 1 to 17");
     tableCommand->footer("A missing y is blank in text and CSV and null in JSON. Kinds as for plot.");
 
     SketchOptions toPixels, fromPixels;
@@ -97,8 +121,16 @@ int main(int argc, char **argv) {
             return app.exit(e);
         } catch (CLI::CallForAllHelp const &e) {
             return app.exit(e);
+        } catch (CLI::CallForVersion const &e) {
+            return app.exit(e);
+        } catch (CLI::ExtrasError const &e) {
+            return badInput(extrasMessage(e), commandPath(app));
         } catch (CLI::ParseError const &e) {
             std::string message = e.what();
+            std::string path = commandPath(app);
+            if (message == "A subcommand is required")
+                message = missingCommandMessage(argc, argv, path,
+                                                path == "sketch" ? "to-pixels, from-pixels" : "plot, table, sketch, gallery");
             if (message == "relation is required")
                 message = "a relation is required: KIND NAME=VALUE..., kinds: " + kindNames();
             return badInput(message, commandPath(app));

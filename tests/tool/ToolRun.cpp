@@ -52,7 +52,7 @@ std::string slurp(std::string const &path) {
 
 std::string Folder::read(std::string const &name) const { return slurp(file(name)); }
 
-Result Folder::evalg(std::vector<std::string> const &args) const {
+Result Folder::evalg(std::vector<std::string> const &args, std::string const &standardOutput) const {
     // Standard output and error go to files outside the folder, so they never
     // count as files the tool wrote.
     std::string out = path_ + ".out", err = path_ + ".err";
@@ -61,7 +61,8 @@ Result Folder::evalg(std::vector<std::string> const &args) const {
         std::vector<char *> argv{const_cast<char *>(EVALG_TOOL_PATH)};
         for (std::string const &a : args) argv.push_back(const_cast<char *>(a.c_str()));
         argv.push_back(nullptr);
-        int o = ::open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        int o = standardOutput.empty() ? ::open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644)
+                                       : ::open(standardOutput.c_str(), O_WRONLY);
         int e = ::open(err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
         if (o < 0 || e < 0 || ::chdir(path_.c_str()) != 0) ::_exit(127);
         ::dup2(o, 1);

@@ -25,8 +25,10 @@ public:
     std::string const &path() const { return path_; }
     std::string file(std::string const &name) const { return path_ + "/" + name; }
     std::vector<std::string> entries(std::string const &sub = "") const; // sorted names
-    // Runs evalg with these arguments inside the folder.
-    Result evalg(std::vector<std::string> const &args) const;
+    // Runs evalg with these arguments inside the folder. Standard output is
+    // captured into Result::out, or, when standardOutput names a file, goes
+    // to that file opened for writing (a device, a FIFO) and out stays empty.
+    Result evalg(std::vector<std::string> const &args, std::string const &standardOutput = "") const;
     void write(std::string const &name, std::string const &content) const;
     std::string read(std::string const &name) const;
 

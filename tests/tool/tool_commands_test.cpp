@@ -1,6 +1,7 @@
 // evalg table, sketch and gallery, end to end, against the library.
 #include <cmath>
 #include <gtest/gtest.h>
+#include <random>
 #include <set>
 #include <sstream>
 
@@ -132,6 +133,47 @@ INSTANTIATE_TEST_SUITE_P(Tool, Sketches,
                          ::testing::Values(SketchCase{"handheld", {}, -8, 8, -5, 5, 161, 101},
                                            SketchCase{"small", {"--window=-4,4,-2,2.5", "--size=33x19"}, -4, 4, -2, 2.5, 33, 19}),
                          [](auto const &info) { return std::string(info.param.name); });
+
+// Long sketches are converted batch by batch: the pixels must be those of the
+// whole sketch at once, across every batch boundary.
+TEST(Sketches, ALongFileGivesTheWholeSketchsPixels) {
+    std::mt19937_64 random(77);
+    std::uniform_real_distribution<double> x(-9, 9), y(-6, 6);
+    std::ostringstream csv;
+    PointerTC<ds::FloatDataSetC> points(new ds::FloatDataSetC);
+    csv.precision(17);
+    csv << "x,y\n";
+    for (int i = 0; i < 140000; ++i) {
+        double a = x(random), b = y(random);
+        csv << a << ',' << b << '\n';
+        points->addPoint(new ds::FloatPointC(a, b, 0));
+    }
+    PointerTC<rel::SketchC> sketch(new rel::SketchC(points));
+    PointerTC<ds::GraphicalDomainC> domain(new ds::GraphicalDomainC(-8, 8, -5, 5, 161, 101));
+    json expected = pointsJson(evalg::SketchEvalC().evaluatePixels(*sketch, domain));
+    Folder f;
+    f.write("long.csv", csv.str());
+    Result r = f.evalg({"sketch", "to-pixels", "long.csv", "--format=csv"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    std::istringstream in(r.out);
+    std::string line;
+    std::getline(in, line);
+    EXPECT_EQ(line, "x,y,marks,column,row");
+    json got = json::array();
+    while (std::getline(in, line)) {
+        std::size_t column = line.find(',', line.find(',', line.find(',') + 1) + 1) + 1;
+        std::size_t row = line.find(',', column) + 1;
+        got.push_back({std::stol(line.substr(column)), std::stol(line.substr(row)), 0});
+    }
+    EXPECT_EQ(got, expected);
+
+    // A bad line at the very end: nothing at all on standard output.
+    f.write("bad.csv", csv.str() + "1,oops\n");
+    r = f.evalg({"sketch", "to-pixels", "bad.csv", "--format=csv"});
+    EXPECT_EQ(r.status, 2);
+    EXPECT_EQ(r.out, "");
+    EXPECT_NE(r.err.find("line 140002"), std::string::npos) << r.err;
+}
 
 TEST(Gallery, WritesEveryFileItPromises) {
     // Every kind of the tool, each with its picture.

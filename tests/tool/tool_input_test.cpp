@@ -47,9 +47,24 @@ std::vector<BadInput> badInputs() {
         {"unknown extension", {"plot", "quadratic", "-o", "out.gif"}, "cannot tell the format"},
         {"unknown option", {"plot", "quadratic", "--colour", "-o", "out.png"}, "--colour"},
         {"no relation", {"plot", "-o", "out.png"}, "relation"},
+        {"unknown option instead of a command", {"--bogus"}, "unknown option '--bogus'; the commands are plot"},
+        {"unknown option before a command", {"--bogus", "plot", "line", "-o", "out.png"}, "unknown option: --bogus"},
+        {"unknown option of sketch", {"sketch", "--bogus"}, "unknown option '--bogus'; the commands are to-pixels"},
+        {"unknown option of table", {"table", "line", "--x=1", "--round", "-o", "out.csv"}, "unknown option: --round"},
+        {"digits out of range", {"table", "line", "--x=1", "--digits=18", "-o", "out.csv"}, "--digits"},
+        {"width not a number", {"plot", "line", "--width=wide", "-o", "out.txt"}, "--width"},
         {"bad relation after --and", {"plot", "quadratic", "--and", "cubic", "-o", "out.png"}, "unknown kind 'cubic'"},
         {"fractional exponent", {"plot", "power", "r=1.5", "-o", "out.png"}, "'1.5' is not a whole number"},
         {"unknown restriction", {"plot", "power", "restriction=3", "-o", "out.png"}, "from 0 to 2"},
+        {"log base negative", {"plot", "log", "base=-2", "-o", "out.png"}, "log base=-2 is not allowed: base must be above 0 and not 1"},
+        {"log base one", {"table", "log", "base=1", "--x=2", "-o", "out.csv"}, "log base=1 is not allowed"},
+        {"log factor zero", {"plot", "log", "a=0", "-o", "out.png"}, "log a=0 is not allowed: a must not be 0"},
+        {"ellipse axis zero", {"plot", "ellipse", "a=0", "-o", "out.png"}, "ellipse a=0 is not allowed: |a| must be from"},
+        {"hyperbola axis zero", {"plot", "hyperbola", "a=-0", "-o", "out.png"}, "hyperbola a=-0 is not allowed"},
+        {"vhyperbola axis square underflows", {"plot", "vhyperbola", "b=1e-160", "-o", "out.png"}, "b^2 is a finite nonzero"},
+        {"circle radius square overflows", {"plot", "circle", "r=-1e300", "-o", "out.png"}, "r^2 is finite"},
+        {"parabola focal distance zero", {"plot", "vparabola", "a=0", "-o", "out.png"}, "vparabola a=0 is not allowed"},
+        {"sampled conic axis zero", {"plot", "sampled", "of=ellipse", "b=0", "-o", "out.png"}, "b=0 is not allowed"},
         {"expression not parsing", {"plot", "expr", "f=x^2+", "-o", "out.png"}, "does not parse"},
         {"expression missing", {"plot", "line", "--and", "expr", "-o", "out.png"}, "f=\"EXPRESSION\" is required"},
         {"sampled expression not parsing", {"table", "sampled", "of=expr", "f=sin(", "--x=1", "-o", "out.csv"},
@@ -101,6 +116,18 @@ TEST_P(BadInputs, ExitTwoWithOneLineAndNoFile) {
 
 INSTANTIATE_TEST_SUITE_P(Tool, BadInputs, ::testing::ValuesIn(badInputs()),
                          [](auto const &info) { return testName(info.param.name); });
+
+// Just inside each refusal the relation is drawn.
+TEST(ParameterRules, ValuesJustInsideAreDrawn) {
+    for (std::vector<std::string> relation :
+         {std::vector<std::string>{"log", "base=0.5", "a=-1"}, {"log", "base=1.0000001"}, {"circle", "r=1.34e154"},
+          {"ellipse", "a=1.5e-154", "b=-1.34e154"}, {"hyperbola", "a=-1e-150"}, {"vparabola", "a=-1e-300"},
+          {"circle", "r=0"}}) {
+        Folder f;
+        Result r = f.evalg(with(with({"plot"}, relation), {"-o", "out.json"}));
+        EXPECT_EQ(r.status, 0) << relation[0] << " " << relation[1] << ": " << r.err;
+    }
+}
 
 TEST(OutputFiles, AFailedRunLeavesAnExistingFileAsItWas) {
     Folder f;

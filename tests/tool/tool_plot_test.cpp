@@ -273,7 +273,7 @@ TEST_P(PlotFormats, SvgHasOnePolylinePerStretch) {
 TEST_P(PlotFormats, TextSetsADotAtEveryPoint) {
     PlotCase const &c = GetParam();
     Folder f;
-    Result r = plot(f, c, {});
+    Result r = plot(f, c, {"--width=10000"}); // wide enough for one dot per pixel
     ASSERT_EQ(r.status, 0) << r.err;
     std::vector<std::u32string> lines;
     std::istringstream in(r.out);
@@ -311,6 +311,25 @@ TEST(PlotTool, AndDrawsEachRelationInItsOwnColour) {
     Rgb first = png.at(out[0]["points"][0][0], out[0]["points"][0][1]);
     Rgb second = png.at(out[1]["points"][0][0], out[1]["points"][0][1]);
     EXPECT_TRUE(isCurve(first) && isCurve(second) && !(first == second));
+    // Under the window, a legend line per relation whose swatch is its colour.
+    ASSERT_GT(png.height, 101u);
+    std::vector<Rgb> swatches;
+    for (unsigned y = 101; y < png.height; ++y)
+        if (isCurve(png.at(6, y)) && (swatches.empty() || !(swatches.back() == png.at(6, y)))) swatches.push_back(png.at(6, y));
+    EXPECT_EQ(swatches, (std::vector<Rgb>{first, second}));
+}
+
+TEST(PlotTool, TitleGoesUnderOneRelationAndNothingWithout) {
+    Folder f;
+    ASSERT_EQ(f.evalg({"plot", "line", "--scale=1", "-o", "plain.png"}).status, 0);
+    ASSERT_EQ(f.evalg({"plot", "line", "--scale=1", "--title", "A line", "-o", "titled.png"}).status, 0);
+    Png plain = readPng(f.file("plain.png")), titled = readPng(f.file("titled.png"));
+    EXPECT_EQ(plain.height, 101u);
+    ASSERT_GT(titled.height, 101u);
+    EXPECT_EQ(std::vector<Rgb>(titled.pixels.begin(), titled.pixels.begin() + 161 * 101), plain.pixels);
+    std::size_t ink = 0;
+    for (std::size_t i = 161 * 101; i < titled.pixels.size(); ++i) ink += titled.pixels[i].r < 100;
+    EXPECT_GT(ink, 20u); // the letters
 }
 
 TEST(PlotTool, NoAxesLeavesOutGridAndAxes) {
