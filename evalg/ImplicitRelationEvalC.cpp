@@ -180,17 +180,20 @@ bool ImplicitRelationEvalC::provenInside(WalkS &walk, PieceS const &piece, Inter
         return judge(walk.comparison, walk.h->enclose(IntervalC(xc, xc), IntervalC(yc, yc))) == ALL;
     }
     if (!value.clean()) return false;
-    double const xs[2] = {piece.x0, piece.x1}, ys[2] = {piece.y0, piece.y1};
+    // Opposite corners first: a curve through the piece most often separates
+    // them, and the search stops at the first pair of signs.
+    double const xs[4] = {piece.x0, piece.x1, piece.x1, piece.x0};
+    double const ys[4] = {piece.y0, piece.y1, piece.y0, piece.y1};
     bool positive = false, negative = false;
-    for (double x : xs)
-        for (double y : ys) {
-            IntervalC h = walk.h->enclose(IntervalC(x, x), IntervalC(y, y));
-            if (h.empty || h.partial) continue;
-            if (h.lo == 0 && h.hi == 0) return true;
-            positive = positive || h.lo > 0;
-            negative = negative || h.hi < 0;
-        }
-    return positive && negative;
+    for (int i = 0; i < 4; ++i) {
+        IntervalC h = walk.h->enclose(IntervalC(xs[i], xs[i]), IntervalC(ys[i], ys[i]));
+        if (h.empty || h.partial) continue;
+        if (h.lo == 0 && h.hi == 0) return true;
+        positive = positive || h.lo > 0;
+        negative = negative || h.hi < 0;
+        if (positive && negative) return true;
+    }
+    return false;
 }
 
 void ImplicitRelationEvalC::emit(WalkS &walk, ds::GraphDataSetWinC &set) const {
