@@ -38,7 +38,7 @@ class ParametricCurveEvalC final : public CartesianRelationGraphEvalHelperC {
 public:
     static unsigned int const BREAK_DEPTH = 40;
     static unsigned int const TIGHT_DEPTH = 56;
-    static long const EVALUATION_BUDGET = 1L << 21;
+    static long const EVALUATION_BUDGET = 1L << 18;
     // An unsettled piece whose enclosure claims at most this many pixels a
     // side is drawn as all of them.
     static int const UNSETTLED_SPAN = 3;
