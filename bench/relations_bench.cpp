@@ -1,14 +1,17 @@
 // Speed of the implicit relation evaluator on relations no closed-form
 // evaluator takes, on a 16:9 window over [-8, 8] x [-4.5, 4.5]: the quadtree at 1920x1080 and 3840x2160 against
 // classifying every pixel on its own with the same interval arithmetic, and
-// the circle x^2 + y^2 = 9 against its exact rasteriser for scale.
+// the circle x^2 + y^2 = 9 against its exact rasteriser for scale; and the
+// parametric curve (cos 3t, sin 2t) at both sizes.
 #include <benchmark/benchmark.h>
 
 #include "collab/esb/CartesianRelationServiceC.h"
 #include "collab/rel/CircleC.h"
 #include "collab/rel/ImplicitRelationC.h"
+#include "collab/rel/ParametricCurveC.h"
 #include "evalg/CircleEvalC.h"
 #include "evalg/ImplicitRelationEvalC.h"
+#include "evalg/ParametricCurveEvalC.h"
 #include "tests/support/SampleBoxFunctions.h"
 
 using namespace qelt;
@@ -64,8 +67,30 @@ void circleRasteriser(benchmark::State &state) {
     state.counters["points"] = points;
 }
 
+// (cos 3t, sin 2t).
+class Lissajous : public rel::CurveFunctionIC {
+public:
+    void enclose(math::IntervalC const &t, math::IntervalC &x, math::IntervalC &y) const override {
+        x = math::IntervalC::cos(math::IntervalC::mul(math::IntervalC(3, 3), t));
+        y = math::IntervalC::sin(math::IntervalC::mul(math::IntervalC(2, 2), t));
+    }
+};
+
+// range(0): 1 for 1920x1080, 2 for 3840x2160.
+void parametricCurve(benchmark::State &state) {
+    esb::CartesianRelationServiceC service(oss::PointerTC<rel::RelationC>(
+        new rel::ParametricCurveC(oss::PointerTC<rel::CurveFunctionIC>(new Lissajous), 0, 6.283185307179586)));
+    Scene const s{"", SampleCurve::CIRCLE, 0, 1.6, 1.1};
+    auto domain = window(s, int(state.range(0)));
+    evalg::ParametricCurveEvalC evaluator;
+    unsigned int points = 0;
+    for (auto _ : state) points = evaluator.evaluateGraph(service, domain)->getCount();
+    state.counters["points"] = points;
+}
+
 } // namespace
 
+BENCHMARK(parametricCurve)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(implicitRelation)
     ->ArgsProduct({{0, 1, 2, 3, 4}, {1, 2}, {0}})
     ->ArgsProduct({{0, 1, 2, 4}, {1}, {1}})
