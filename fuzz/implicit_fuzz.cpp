@@ -49,8 +49,8 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const *data, size_t size) {
         fuzzcheck::evaluate(evaluator, new rel::ParametricCurveC(curve, t0, t1), domain, 0, bound);
         return 0;
     }
-    auto shape = static_cast<evalgtest::SampleCurve>(kind % 4);
-    auto comparison = static_cast<rel::ImplicitRelationC::ComparisonE>((kind >> 2) % 5);
+    auto shape = static_cast<evalgtest::SampleCurve>((kind & 7) % 5);
+    auto comparison = static_cast<rel::ImplicitRelationC::ComparisonE>((kind >> 3) % 5);
     oss::PointerTC<rel::BoxFunctionIC> h(new evalgtest::SampleBoxFunction(shape, in.value()));
     evalg::ImplicitRelationEvalC evaluator;
     fuzzcheck::evaluate(evaluator, new rel::ImplicitRelationC(h, comparison), domain, 2 * side, 0);

@@ -58,6 +58,15 @@ void reference(SampleCurve curve, double c, double x0, double x1, double y0, dou
         mpfi_sub(a.v, a.v, b.v);
         mpfi_add(a.v, a.v, x.v);
         break;
+    case SampleCurve::POLE:
+        // No value at 0: nothing is proven there, so the box is the whole line.
+        if (x0 <= 0 && x1 >= 0) {
+            lo = -INFINITY;
+            hi = INFINITY;
+            return;
+        }
+        mpfi_inv(a.v, x.v);
+        break;
     }
     mpfi_sub_d(a.v, a.v, c);
     lo = mpfr_get_d(&a.v->left, MPFR_RNDD);
@@ -131,17 +140,20 @@ struct Case {
     double c;
     ImplicitRelationC::ComparisonE op;
     double reach; // windows are drawn around the origin within this
+    bool tidy;    // nearly every drawn pixel proven (not so beside a pole)
 };
 
 Case const cases[] = {
-    {SampleCurve::CIRCLE, 9, ImplicitRelationC::EQUAL, 5},
-    {SampleCurve::WAVY_CIRCLE, 9, ImplicitRelationC::EQUAL, 5},
-    {SampleCurve::SIN_COS, 0, ImplicitRelationC::EQUAL, 12},
-    {SampleCurve::CUBIC, 0, ImplicitRelationC::EQUAL, 3},
-    {SampleCurve::CIRCLE, 9, ImplicitRelationC::LESS, 5},
-    {SampleCurve::SIN_COS, 0.5, ImplicitRelationC::GREATER_EQUAL, 12},
-    {SampleCurve::CUBIC, 0, ImplicitRelationC::LESS_EQUAL, 3},
-    {SampleCurve::WAVY_CIRCLE, 9, ImplicitRelationC::GREATER, 5},
+    {SampleCurve::CIRCLE, 9, ImplicitRelationC::EQUAL, 5, true},
+    {SampleCurve::WAVY_CIRCLE, 9, ImplicitRelationC::EQUAL, 5, true},
+    {SampleCurve::SIN_COS, 0, ImplicitRelationC::EQUAL, 12, true},
+    {SampleCurve::CUBIC, 0, ImplicitRelationC::EQUAL, 3, true},
+    {SampleCurve::CIRCLE, 9, ImplicitRelationC::LESS, 5, true},
+    {SampleCurve::SIN_COS, 0.5, ImplicitRelationC::GREATER_EQUAL, 12, true},
+    {SampleCurve::CUBIC, 0, ImplicitRelationC::LESS_EQUAL, 3, true},
+    {SampleCurve::WAVY_CIRCLE, 9, ImplicitRelationC::GREATER, 5, true},
+    {SampleCurve::POLE, 0.5, ImplicitRelationC::EQUAL, 4, false},
+    {SampleCurve::POLE, -1, ImplicitRelationC::LESS, 4, false},
 };
 
 } // namespace
@@ -190,7 +202,9 @@ TEST(ImplicitRelation, AgreesWithMpfiPixelByPixel) {
                         EXPECT_TRUE(isDrawn) << "pixel with a solution left out: " << col << "," << row;
                     }
                 }
-            EXPECT_LE(undecided, int(drawn.size()) / 20 + 4) << "too many undecided pixels";
+            if (k.tidy) {
+                EXPECT_LE(undecided, int(drawn.size()) / 20 + 4) << "too many undecided pixels";
+            }
         }
     }
 }
@@ -249,11 +263,20 @@ TEST(ImplicitRelation, CircleIsAClosedRing) {
     }
 }
 
-// Inputs with no answer draw nothing and end: one-pixel windows, functions
-// with no value, NaN constants.
+// Inputs with no answer draw nothing, or only undecided pixels, and end:
+// one-pixel windows, functions with no value, poles, NaN constants.
 TEST(ImplicitRelation, DegenerateInputsEnd) {
     EXPECT_TRUE(drawImplicit(SampleCurve::CIRCLE, 9, ImplicitRelationC::EQUAL, {-4, 4, -4, 4, 1, 1}).empty());
     EXPECT_TRUE(drawImplicit(SampleCurve::CIRCLE, -1, ImplicitRelationC::EQUAL, defaultWindow()).empty());
+    // 1/x = 0 changes sign across the pole but has no solution: the pole's
+    // column may stay undecided, nothing is proven.
+    Window poleWindow{-2, 2, -1, 1, 40, 20};
+    std::vector<Pt> pole = drawImplicit(SampleCurve::POLE, 0, ImplicitRelationC::EQUAL, poleWindow);
+    EXPECT_FALSE(pole.empty());
+    for (Pt const &p : pole) {
+        EXPECT_TRUE(p.m & PixelPointC::UNDECIDED) << p;
+        EXPECT_TRUE(p.x == 19 || p.x == 20) << p;
+    }
     std::vector<Pt> nan = drawImplicit(SampleCurve::CIRCLE, std::nan(""), ImplicitRelationC::LESS, {-1, 1, -1, 1, 9, 9});
     for (Pt const &p : nan) EXPECT_TRUE(p.m & PixelPointC::UNDECIDED);
     PointerTC<qelt::mathapp::rel::RelationC> none(new ImplicitRelationC(nullptr, ImplicitRelationC::EQUAL));

@@ -11,12 +11,13 @@ namespace evalgtest {
 
 using qelt::math::IntervalC;
 
-enum class SampleCurve { CIRCLE, WAVY_CIRCLE, SIN_COS, CUBIC };
+enum class SampleCurve { CIRCLE, WAVY_CIRCLE, SIN_COS, CUBIC, POLE };
 
 inline IntervalC sq(IntervalC const &a) { return IntervalC::powInt(a, 2); }
 
 // CIRCLE: x^2 + y^2 - c; WAVY_CIRCLE: x^2 + y^2 + sin(4x) - c;
-// SIN_COS: sin(x) - cos(y) - c; CUBIC: y^2 - x^3 + x - c.
+// SIN_COS: sin(x) - cos(y) - c; CUBIC: y^2 - x^3 + x - c; POLE: 1/x - c,
+// which changes sign across x = 0 without vanishing there.
 class SampleBoxFunction : public qelt::mathapp::rel::BoxFunctionIC {
 public:
     SampleBoxFunction(SampleCurve curve, double c) : curve_(curve), c_(IntervalC(c, c)) {}
@@ -34,6 +35,8 @@ public:
             return IntervalC::sub(IntervalC::sub(IntervalC::sin(x), IntervalC::cos(y)), c_);
         case SampleCurve::CUBIC:
             return IntervalC::sub(IntervalC::add(IntervalC::sub(sq(y), IntervalC::powInt(x, 3)), x), c_);
+        case SampleCurve::POLE:
+            return IntervalC::sub(IntervalC::div(IntervalC(1, 1), x), c_);
         }
         return IntervalC::none();
     }
