@@ -196,7 +196,7 @@ bool ImplicitRelationEvalC::provenInside(WalkS &walk, PieceS const &piece, Inter
     return false;
 }
 
-void ImplicitRelationEvalC::emit(WalkS &walk, ds::GraphDataSetWinC &set) const {
+void ImplicitRelationEvalC::emit(WalkS &walk, ds::GraphDataSetWinC &set) {
     std::vector<RunS> &runs = walk.runs;
     // Screen order: the top row first, each row from the left.
     std::sort(runs.begin(), runs.end(), [](RunS const &a, RunS const &b) {

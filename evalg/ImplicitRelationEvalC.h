@@ -97,7 +97,7 @@ private:
     void walkQuadtree(WalkS &walk);
     void classifyPixel(WalkS &walk, int column, int row, math::IntervalC const &whole);
     bool provenInside(WalkS &walk, PieceS const &piece, math::IntervalC const &value) const;
-    void emit(WalkS &walk, ds::GraphDataSetWinC &set) const;
+    void emit(WalkS &walk, ds::GraphDataSetWinC &set);
 
     static VerdictE judge(rel::ImplicitRelationC::ComparisonE comparison, math::IntervalC const &v);
     static math::IntervalC encloseBox(WalkS const &walk, double x0, double x1, double y0, double y1);
