@@ -11,10 +11,15 @@
   // Cell colours: background, grid, axes, then the relations' colours (the
   // evalg tool's palette, so the page and its pictures agree).
   const BACKGROUND = 0, GRID = 1, AXIS = 2, FIRST_CURVE = 4;
-  const PALETTE = [[255, 255, 255], [228, 228, 228], [120, 120, 120], [20, 20, 20],
-    [31, 119, 180], [214, 39, 40], [44, 160, 44], [255, 127, 14],
-    [148, 103, 189], [23, 170, 190], [140, 86, 75], [227, 80, 180]];
-  const CURVE_COLOURS = PALETTE.length - FIRST_CURVE;
+  // The tool's palette (tools/Image.cpp): the fixed colours, twelve relation
+  // colours, then each of those lightened for undecided pixels.
+  const CURVES = [[0x00, 0x77, 0x99], [0xff, 0x00, 0x00], [0x99, 0x44, 0xff], [0x88, 0x44, 0x44],
+    [0x88, 0xaa, 0x88], [0xcc, 0x99, 0x55], [0x99, 0x33, 0xbb], [0xbb, 0x88, 0xff],
+    [0x66, 0x00, 0xff], [0x33, 0xaa, 0xcc], [0x99, 0x33, 0x22], [0xbb, 0x66, 0x55]];
+  const lighten = (c) => c + Math.floor((255 - c) * 11 / 20);
+  const PALETTE = [[255, 255, 255], [228, 228, 228], [120, 120, 120], [20, 20, 20], ...CURVES,
+    ...CURVES.map((c) => c.map(lighten))];
+  const CURVE_COLOURS = CURVES.length, UNDECIDED = 4;
   // The palette as the canvas's 32-bit pixels, in the machine's byte order.
   const LITTLE_ENDIAN = new Uint8Array(new Uint32Array([1]).buffer)[0] === 1;
   const PACKED = Uint32Array.from(PALETTE, ([r, g, b]) => LITTLE_ENDIAN ? ((255 << 24) | (b << 16) | (g << 8) | r) >>> 0
@@ -91,15 +96,29 @@
   // FIRST_VISIBLE one. A point more than one pixel outside the grid is not
   // drawn and ends the stretch; one pixel outside is where a span clamped to
   // the edge ends, and the line to it is clipped.
+  // Undecided points, and segments between two of them, in the light shade;
+  // an undecided point stays light where a decided segment ends on it.
   function drawPoints(points, markers, count, colour, C, R) {
+    const light = colour + CURVE_COLOURS;
     let joined = false, px = 0, py = 0, pm = 0;
+    let pending = [];
+    const lightenStroke = () => {
+      for (let k = 0; k < pending.length; k += 2) line(pending[k], pending[k + 1], pending[k], pending[k + 1], light, C, R);
+      pending = [];
+    };
     for (let i = 0; i < count; ++i) {
       const x = points[2 * i], y = points[2 * i + 1], m = markers[i];
-      if (x < -1 || x > C || y < -1 || y > R) { joined = false; continue; }
-      if (joined && !(pm & LAST_VISIBLE) && !(m & FIRST_VISIBLE)) line(px, py, x, y, colour, C, R);
-      else line(x, y, x, y, colour, C, R);
+      if (x < -1 || x > C || y < -1 || y > R) { joined = false; lightenStroke(); continue; }
+      if (joined && !(pm & LAST_VISIBLE) && !(m & FIRST_VISIBLE)) {
+        line(px, py, x, y, (pm & m & UNDECIDED) ? light : colour, C, R);
+      } else {
+        lightenStroke();
+        line(x, y, x, y, (m & UNDECIDED) ? light : colour, C, R);
+      }
+      if (m & UNDECIDED) pending.push(x, y);
       joined = true; px = x; py = y; pm = m;
     }
+    lightenStroke();
   }
 
   function drawGrid(w) {
