@@ -7,6 +7,7 @@
 #include "collab/math/algexpr/AlgebraicExpressionC.h"
 #include "collab/math/algexpr/CoreFunctionNodeC.h"
 #include "collab/math/algexpr/FloatNodeC.h"
+#include "collab/math/algexpr/FunctionTableC.h"
 #include "collab/math/algexpr/OperatorNodeC.h"
 #include "collab/math/algexpr/VariableNodeC.h"
 #include "collab/oss/IntegerConversionC.h"
@@ -57,27 +58,10 @@ IntervalC derivativeAt(int code, IntervalC const &u, IntervalC const &v) {
     return IntervalC::whole();
 }
 
+// A function's value over u, by the function table's own interval rule.
 IntervalC valueAt(int code, IntervalC const &u) {
-    switch (code) {
-    case CoreFunctionNodeC::SIN: return IntervalC::sin(u);
-    case CoreFunctionNodeC::COS: return IntervalC::cos(u);
-    case CoreFunctionNodeC::TAN: return IntervalC::tan(u);
-    case CoreFunctionNodeC::ASIN: return IntervalC::asin(u);
-    case CoreFunctionNodeC::ACOS: return IntervalC::acos(u);
-    case CoreFunctionNodeC::ATAN: return IntervalC::atan(u);
-    case CoreFunctionNodeC::SINH: return IntervalC::sinh(u);
-    case CoreFunctionNodeC::COSH: return IntervalC::cosh(u);
-    case CoreFunctionNodeC::TANH: return IntervalC::tanh(u);
-    case CoreFunctionNodeC::EXP: return IntervalC::exp(u);
-    case CoreFunctionNodeC::LN: return IntervalC::ln(u);
-    case CoreFunctionNodeC::LOG10: return IntervalC::log10(u);
-    case CoreFunctionNodeC::SQRT: return IntervalC::sqrt(u);
-    case CoreFunctionNodeC::ABS: return IntervalC::abs(u);
-    case CoreFunctionNodeC::FLOOR: return IntervalC::floor(u);
-    case CoreFunctionNodeC::CEIL: return IntervalC::ceil(u);
-    case CoreFunctionNodeC::SIGN: return IntervalC::sign(u);
-    }
-    return IntervalC::none();
+    FunctionRowS const *row = FunctionTableC::row(code);
+    return row && row->arity == 1 ? row->interval(u, u) : IntervalC::whole();
 }
 
 } // namespace
