@@ -27,6 +27,10 @@ struct Drawing {
     std::string evaluator;
     std::vector<PixelPoint> points; // the library's output, as it came
     std::vector<Stroke> strokes;    // the visible stretches drawn from it
+    // The points are the pixels of a region or of an implicit curve, as row
+    // runs (a run's first point FIRST_VISIBLE, its last LAST_VISIBLE, both
+    // UNDECIDED where the run is undecided), not a path to join.
+    bool pixelRuns = false;
 };
 
 // One parameter of a drawn relation, given or defaulted.
