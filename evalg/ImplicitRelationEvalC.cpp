@@ -58,19 +58,68 @@ ImplicitRelationEvalC::VerdictE ImplicitRelationEvalC::judge(ImplicitRelationC::
     return SOME;
 }
 
-IntervalC ImplicitRelationEvalC::encloseBox(WalkS const &walk, double x0, double x1, double y0, double y1) {
-    return walk.h->enclose(IntervalC(x0, x1), IntervalC(y0, y1));
+// Children before their parent, by an explicit stack: a long chain of ANDs
+// must not run the call stack deep.
+void ImplicitRelationEvalC::layOut(ImplicitRelationC const *relation, WalkS &walk) {
+    std::vector<std::pair<ImplicitRelationC const *, bool>> stack{{relation, false}};
+    std::vector<size_t> done;
+    walk.equation = false;
+    while (!stack.empty()) {
+        ImplicitRelationC const *node = stack.back().first;
+        bool expanded = stack.back().second;
+        stack.pop_back();
+        if (!node || node->getLogic() == ImplicitRelationC::COMPARISON) {
+            ConditionS c{ImplicitRelationC::COMPARISON, node ? node->getFunction().get() : nullptr,
+                         node ? node->getComparison() : ImplicitRelationC::EQUAL, 0, 0};
+            walk.equation = walk.equation || (c.h && c.comparison == ImplicitRelationC::EQUAL);
+            done.push_back(walk.conditions.size());
+            walk.conditions.push_back(c);
+        } else if (!expanded) {
+            stack.emplace_back(node, true);
+            stack.emplace_back(node->getRight().get(), false);
+            stack.emplace_back(node->getLeft().get(), false);
+        } else {
+            size_t right = done.back();
+            done.pop_back();
+            size_t left = done.back();
+            done.pop_back();
+            done.push_back(walk.conditions.size());
+            walk.conditions.push_back(ConditionS{node->getLogic(), nullptr, ImplicitRelationC::EQUAL, left, right});
+        }
+    }
+    walk.verdicts.assign(walk.conditions.size(), NONE);
+    walk.values.assign(walk.conditions.size(), IntervalC::none());
+    walk.witnessed.assign(walk.conditions.size(), 0);
+}
+
+ImplicitRelationEvalC::VerdictE ImplicitRelationEvalC::judgeBox(WalkS &walk, double x0, double x1, double y0,
+                                                                double y1) {
+    IntervalC const x(x0, x1), y(y0, y1);
+    for (size_t i = 0; i < walk.conditions.size(); ++i) {
+        ConditionS const &c = walk.conditions[i];
+        VerdictE l = walk.verdicts[c.left], r = walk.verdicts[c.right];
+        switch (c.logic) {
+        case ImplicitRelationC::COMPARISON:
+            walk.values[i] = c.h ? c.h->enclose(x, y) : IntervalC::none();
+            walk.verdicts[i] = judge(c.comparison, walk.values[i]);
+            break;
+        case ImplicitRelationC::AND:
+            walk.verdicts[i] = l == NONE || r == NONE ? NONE : (l == ALL && r == ALL ? ALL : SOME);
+            break;
+        case ImplicitRelationC::OR:
+            walk.verdicts[i] = l == ALL || r == ALL ? ALL : (l == NONE && r == NONE ? NONE : SOME);
+            break;
+        }
+    }
+    return walk.verdicts.back();
 }
 
 void ImplicitRelationEvalC::calculate(ImplicitRelationC *relation, SetP set, bool everyPixel) {
-    oss::PointerTC<rel::BoxFunctionIC> function = relation->getFunction();
-    if (!function) return;
     // A one-pixel window has an infinite step: no box to enclose.
     if (!(xStep > 0 && std::isfinite(xStep) && yStep > 0 && std::isfinite(yStep))) return;
     try {
         WalkS walk{};
-        walk.h = function.get();
-        walk.comparison = relation->getComparison();
+        layOut(relation, walk);
         int const columns = pixelColumns, rows = pixelRows;
         // Each edge from its index, not by a running sum: neighbouring pixels
         // then share their edge exactly, and the edges never drift.
@@ -81,11 +130,10 @@ void ImplicitRelationEvalC::calculate(ImplicitRelationC *relation, SetP set, boo
         if (everyPixel) {
             for (int r = 0; r < rows; ++r)
                 for (int c = 0; c < columns; ++c) {
-                    IntervalC v = encloseBox(walk, walk.columnEdges[size_t(c)], walk.columnEdges[size_t(c) + 1],
-                                             walk.rowEdges[size_t(r)], walk.rowEdges[size_t(r) + 1]);
-                    VerdictE verdict = judge(walk.comparison, v);
+                    VerdictE verdict = judgeBox(walk, walk.columnEdges[size_t(c)], walk.columnEdges[size_t(c) + 1],
+                                                walk.rowEdges[size_t(r)], walk.rowEdges[size_t(r) + 1]);
                     if (verdict == ALL) walk.runs.push_back(RunS{r, c, c, false});
-                    if (verdict == SOME) classifyPixel(walk, c, r, v);
+                    if (verdict == SOME) classifyPixel(walk, c, r);
                 }
         } else {
             walkQuadtree(walk);
@@ -105,9 +153,8 @@ void ImplicitRelationEvalC::walkQuadtree(WalkS &walk) {
     while (!boxes.empty()) {
         BoxS b = boxes.back();
         boxes.pop_back();
-        IntervalC v = encloseBox(walk, walk.columnEdges[size_t(b.c0)], walk.columnEdges[size_t(b.c1)],
-                                 walk.rowEdges[size_t(b.r0)], walk.rowEdges[size_t(b.r1)]);
-        VerdictE verdict = judge(walk.comparison, v);
+        VerdictE verdict = judgeBox(walk, walk.columnEdges[size_t(b.c0)], walk.columnEdges[size_t(b.c1)],
+                                    walk.rowEdges[size_t(b.r0)], walk.rowEdges[size_t(b.r1)]);
         if (verdict == NONE) continue;
         if (verdict == ALL) {
             for (int r = b.r0; r < b.r1; ++r) walk.runs.push_back(RunS{r, b.c0, b.c1 - 1, false});
@@ -115,7 +162,7 @@ void ImplicitRelationEvalC::walkQuadtree(WalkS &walk) {
         }
         bool wide = b.c1 - b.c0 > 1, tall = b.r1 - b.r0 > 1;
         if (!wide && !tall) {
-            classifyPixel(walk, b.c0, b.r0, v);
+            classifyPixel(walk, b.c0, b.r0);
             continue;
         }
         int cm = wide ? b.c0 + (b.c1 - b.c0) / 2 : b.c1;
@@ -127,9 +174,9 @@ void ImplicitRelationEvalC::walkQuadtree(WalkS &walk) {
     }
 }
 
-// The pixel's own enclosure (whole) left it open: quarter it until a piece
-// proves it, every piece is excluded, or the budget is spent.
-void ImplicitRelationEvalC::classifyPixel(WalkS &walk, int column, int row, IntervalC const &whole) {
+// The pixel's own enclosures (the last box judged) left it open: quarter it
+// until a piece proves it, every piece is excluded, or the budget is spent.
+void ImplicitRelationEvalC::classifyPixel(WalkS &walk, int column, int row) {
     std::vector<PieceS> &pieces = walk.pieces;
     pieces.clear();
     pieces.push_back(PieceS{walk.columnEdges[size_t(column)], walk.columnEdges[size_t(column) + 1],
@@ -142,16 +189,15 @@ void ImplicitRelationEvalC::classifyPixel(WalkS &walk, int column, int row, Inte
     while (!pieces.empty()) {
         PieceS p = pieces.back();
         pieces.pop_back();
-        IntervalC v = first ? whole : encloseBox(walk, p.x0, p.x1, p.y0, p.y1);
+        VerdictE verdict = first ? walk.verdicts.back() : judgeBox(walk, p.x0, p.x1, p.y0, p.y1);
         if (!first) --budget;
         first = false;
-        VerdictE verdict = judge(walk.comparison, v);
         if (verdict == NONE) continue;
-        if (verdict == ALL || provenInside(walk, p, v)) {
+        if (verdict == ALL || provenInside(walk, p)) {
             walk.runs.push_back(RunS{row, column, column, false});
             return;
         }
-        budget -= walk.comparison == ImplicitRelationC::EQUAL ? 4 : 1;
+        budget -= walk.equation ? 4 : 1;
         double xm = p.x0 + (p.x1 - p.x0) * 0.5;
         double ym = p.y0 + (p.y1 - p.y0) * 0.5;
         // Pieces a few ulps wide have no midpoint left to split at.
@@ -170,14 +216,34 @@ void ImplicitRelationEvalC::classifyPixel(WalkS &walk, int column, int row, Inte
     if (open || !pieces.empty() || budget <= 0) walk.runs.push_back(RunS{row, column, column, true});
 }
 
-// Whether points of the piece prove that the relation holds somewhere in it.
+// Whether points of the piece prove that the relation holds somewhere in
+// it, from the verdicts and enclosures of the piece just judged.
+bool ImplicitRelationEvalC::provenInside(WalkS &walk, PieceS const &piece) const {
+    for (size_t i = 0; i < walk.conditions.size(); ++i) {
+        ConditionS const &c = walk.conditions[i];
+        VerdictE l = walk.verdicts[c.left], r = walk.verdicts[c.right];
+        bool wl = walk.witnessed[c.left] != 0, wr = walk.witnessed[c.right] != 0;
+        bool w = false;
+        switch (c.logic) {
+        case ImplicitRelationC::COMPARISON:
+            w = walk.verdicts[i] == ALL ||
+                (walk.verdicts[i] == SOME && comparisonProven(c, piece, walk.values[i]));
+            break;
+        case ImplicitRelationC::AND: w = (l == ALL && wr) || (r == ALL && wl); break;
+        case ImplicitRelationC::OR: w = wl || wr; break;
+        }
+        walk.witnessed[i] = w;
+    }
+    return walk.witnessed.back() != 0;
+}
+
 // For h = 0: opposite proven signs at two corners of a piece on which h is
 // continuous (its enclosure is clean), so h vanishes between them, inside the
 // piece; or a corner where h is exactly 0. For an inequality: its centre.
-bool ImplicitRelationEvalC::provenInside(WalkS &walk, PieceS const &piece, IntervalC const &value) const {
-    if (walk.comparison != ImplicitRelationC::EQUAL) {
+bool ImplicitRelationEvalC::comparisonProven(ConditionS const &c, PieceS const &piece, IntervalC const &value) const {
+    if (c.comparison != ImplicitRelationC::EQUAL) {
         double xc = piece.x0 + (piece.x1 - piece.x0) * 0.5, yc = piece.y0 + (piece.y1 - piece.y0) * 0.5;
-        return judge(walk.comparison, walk.h->enclose(IntervalC(xc, xc), IntervalC(yc, yc))) == ALL;
+        return judge(c.comparison, c.h->enclose(IntervalC(xc, xc), IntervalC(yc, yc))) == ALL;
     }
     if (!value.clean()) return false;
     // Opposite corners first: a curve through the piece most often separates
@@ -186,7 +252,7 @@ bool ImplicitRelationEvalC::provenInside(WalkS &walk, PieceS const &piece, Inter
     double const ys[4] = {piece.y0, piece.y1, piece.y0, piece.y1};
     bool positive = false, negative = false;
     for (int i = 0; i < 4; ++i) {
-        IntervalC h = walk.h->enclose(IntervalC(xs[i], xs[i]), IntervalC(ys[i], ys[i]));
+        IntervalC h = c.h->enclose(IntervalC(xs[i], xs[i]), IntervalC(ys[i], ys[i]));
         if (h.empty || h.partial) continue;
         if (h.lo == 0 && h.hi == 0) return true;
         positive = positive || h.lo > 0;

@@ -11,7 +11,8 @@ namespace qelt {
 namespace mathapp {
 namespace evalg {
 
-// Draws an implicit relation h(x, y) op 0 from enclosures of h over boxes.
+// Draws an implicit relation h(x, y) op 0 from enclosures of h over boxes,
+// or an AND / OR of such relations.
 //
 // Every pixel (a closed box of the grid) gets one of three answers:
 // - excluded, not drawn: h's enclosure over the box proves that no point of
@@ -23,6 +24,9 @@ namespace evalg {
 // - undecided, drawn with ds::PixelPointC::UNDECIDED: neither, once the
 //   pixel's budget of PIXEL_BUDGET evaluations or SUB_DEPTH quarterings is
 //   spent.
+// For AND and OR the verdicts combine as three-state logic over each box. A
+// point proves AND only where every other part holds over the whole piece
+// around it (two curves each crossing a piece need not meet in it).
 //
 // The work follows the curve rather than the window: a quadtree over pixel
 // index ranges starts from the whole window, drops every box whose enclosure
@@ -61,6 +65,15 @@ public:
 private:
     // What an enclosure says about the relation over its box.
     enum VerdictE { NONE, SOME, ALL };
+    // One comparison, or AND / OR of two earlier conditions: the relation's
+    // tree laid out children first, the whole relation last.
+    struct ConditionS {
+        rel::ImplicitRelationC::LogicE logic;
+        rel::BoxFunctionIC const *h; // null: satisfied nowhere
+        rel::ImplicitRelationC::ComparisonE comparison;
+        size_t left;
+        size_t right;
+    };
     // Columns first .. last of one row (rows counted from the bottom).
     struct RunS {
         int row;
@@ -84,8 +97,14 @@ private:
         unsigned int depth;
     };
     struct WalkS {
-        rel::BoxFunctionIC const *h;
-        rel::ImplicitRelationC::ComparisonE comparison;
+        std::vector<ConditionS> conditions;
+        bool equation; // some comparison is an equation: proofs cost more
+        // Per condition, from the last box judged: its verdict and, for a
+        // comparison, its enclosure; and whether a point of the piece is
+        // proven to satisfy it.
+        std::vector<VerdictE> verdicts;
+        std::vector<math::IntervalC> values;
+        std::vector<char> witnessed;
         std::vector<double> columnEdges;
         std::vector<double> rowEdges;
         std::vector<RunS> runs;
@@ -95,12 +114,14 @@ private:
 
     void calculate(rel::ImplicitRelationC *relation, SetP set, bool everyPixel);
     void walkQuadtree(WalkS &walk);
-    void classifyPixel(WalkS &walk, int column, int row, math::IntervalC const &whole);
-    bool provenInside(WalkS &walk, PieceS const &piece, math::IntervalC const &value) const;
+    void classifyPixel(WalkS &walk, int column, int row);
+    bool provenInside(WalkS &walk, PieceS const &piece) const;
+    bool comparisonProven(ConditionS const &c, PieceS const &piece, math::IntervalC const &value) const;
     void emit(WalkS &walk, ds::GraphDataSetWinC &set);
 
+    static void layOut(rel::ImplicitRelationC const *relation, WalkS &walk);
     static VerdictE judge(rel::ImplicitRelationC::ComparisonE comparison, math::IntervalC const &v);
-    static math::IntervalC encloseBox(WalkS const &walk, double x0, double x1, double y0, double y1);
+    static VerdictE judgeBox(WalkS &walk, double x0, double x1, double y0, double y1);
 };
 
 } // namespace evalg

@@ -5,7 +5,11 @@ namespace mathapp {
 namespace rel {
 
 ImplicitRelationC::ImplicitRelationC(oss::PointerTC<BoxFunctionIC> function, ComparisonE comparison)
-    : function_(function), comparison_(comparison) {}
+    : function_(function), comparison_(comparison), logic_(COMPARISON) {}
+
+ImplicitRelationC::ImplicitRelationC(LogicE logic, oss::PointerTC<ImplicitRelationC> left,
+                                     oss::PointerTC<ImplicitRelationC> right)
+    : comparison_(EQUAL), logic_(logic == OR ? OR : AND), left_(left), right_(right) {}
 
 ImplicitRelationC::~ImplicitRelationC() {}
 

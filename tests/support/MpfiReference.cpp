@@ -74,7 +74,14 @@ void wholePower(mpfi_t out, mpfi_t v, long n) {
     mpfr_clear(hi);
 }
 
-Defined evaluate(NodeABC const &node, mpfi_t x, mpfi_t out);
+// The variables' values: x, and y for relations in the plane (null when
+// the expression has none).
+struct VariablesS {
+    mpfi_ptr x;
+    mpfi_ptr y;
+};
+
+Defined evaluate(NodeABC const &node, VariablesS const &x, mpfi_t out);
 
 Defined divide(mpfi_t out, mpfi_t a, mpfi_t b) {
     if (mpfi_has_zero(b)) {
@@ -233,15 +240,17 @@ Defined function(int code, mpfi_t v, mpfi_t out) {
     return Defined::SOMEWHERE;
 }
 
-Defined evaluate(NodeABC const &node, mpfi_t x, mpfi_t out) {
+Defined evaluate(NodeABC const &node, VariablesS const &x, mpfi_t out) {
     if (FloatNodeC const *f = node.as<FloatNodeC>()) {
         double v = f->getValue()->toDouble();
         if (std::isnan(v)) return Defined::NOWHERE;
         mpfi_set_d(out, v);
         return Defined::EVERYWHERE;
     }
-    if (node.as<VariableNodeC>()) {
-        mpfi_set(out, x);
+    if (VariableNodeC const *v = node.as<VariableNodeC>()) {
+        mpfi_ptr value = v->getIndex() == VariableNodeC::X ? x.x : (v->getIndex() == VariableNodeC::Y ? x.y : nullptr);
+        if (!value) return Defined::NOWHERE;
+        mpfi_set(out, value);
         return Defined::EVERYWHERE;
     }
     if (OperatorNodeC const *op = node.as<OperatorNodeC>()) {
@@ -310,17 +319,23 @@ Defined evaluate(NodeABC const &node, mpfi_t x, mpfi_t out) {
 } // namespace
 
 Defined MpfiReference::enclose(double a, double b, double &lo, double &hi) const {
-    Interval x, y;
-    mpfi_interv_d(x.v, a, b);
-    Defined d = root_ ? evaluate(*root_, x.v, y.v) : Defined::NOWHERE;
+    return enclose(a, b, std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::quiet_NaN(), lo, hi);
+}
+
+Defined MpfiReference::enclose(double x0, double x1, double y0, double y1, double &lo, double &hi) const {
+    Interval x, y, result;
+    mpfi_interv_d(x.v, x0, x1);
+    mpfi_interv_d(y.v, y0, y1);
+    VariablesS variables{x.v, std::isnan(y0) ? nullptr : y.v};
+    Defined d = root_ ? evaluate(*root_, variables, result.v) : Defined::NOWHERE;
     if (d == Defined::NOWHERE) return d;
-    if (mpfi_nan_p(y.v)) {
+    if (mpfi_nan_p(result.v)) {
         lo = -std::numeric_limits<double>::infinity();
         hi = std::numeric_limits<double>::infinity();
         return Defined::SOMEWHERE;
     }
-    lo = left(y.v);
-    hi = right(y.v);
+    lo = left(result.v);
+    hi = right(result.v);
     return d;
 }
 

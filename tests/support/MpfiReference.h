@@ -21,6 +21,8 @@ public:
     // Encloses the values over [a, b] (doubles, taken exactly) in [lo, hi],
     // rounded outward to doubles.
     Defined enclose(double a, double b, double &lo, double &hi) const;
+    // Over the box [x0, x1] x [y0, y1], for an expression in x and y.
+    Defined enclose(double x0, double x1, double y0, double y1, double &lo, double &hi) const;
 
 private:
     qelt::math::algexpr::NodeABC const *root_;

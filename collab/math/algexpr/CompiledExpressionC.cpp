@@ -242,6 +242,11 @@ IntervalC CompiledExpressionC::evaluateWith(IntervalC const *values) const {
     return runIntervals();
 }
 
+IntervalC CompiledExpressionC::encloseWith(IntervalC const *values) const {
+    IntervalC v = evaluateWith(values);
+    return v.overflow ? evaluateWideWith(values) : v;
+}
+
 IntervalC CompiledExpressionC::runIntervals() const {
     IntervalC *v = intervals_.data();
     IntervalC const none = IntervalC::none();

@@ -54,6 +54,8 @@ public:
     // long double run stayed in range and its result fits in a double.
     IntervalC evaluateWide(IntervalC const &x) const;
     IntervalC evaluateWideWith(IntervalC const *values) const;
+    // evaluateWith, run again wide where the double run overflowed.
+    IntervalC encloseWith(IntervalC const *values) const;
 
     unsigned int getInstructionCount() const { return static_cast<unsigned int>(program_.size()); }
 
