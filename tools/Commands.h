@@ -13,8 +13,9 @@ struct WindowOptions {
 };
 
 struct PlotOptions {
-    std::vector<std::string> relation;               // KIND NAME=VALUE...
+    std::vector<std::string> relation;               // RELATION, or KIND NAME=VALUE...
     std::vector<std::vector<std::string>> others;    // each --and
+    std::string tRange, thetaRange;                  // MIN,MAX of typed curves' parameters
     WindowOptions window;
     std::string output, format, scale = "4";
     std::string width; // of the text picture, in characters

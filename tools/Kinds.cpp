@@ -37,6 +37,7 @@
 #include "evalg/QuadraticFunctionEvalC.h"
 #include "evalg/SinusoidalFunctionEvalC.h"
 #include "evalg/SketchEvalC.h"
+#include "evalg/TypedRelationEvalC.h"
 #include "Numbers.h"
 #include "SampledDrawing.h"
 #include "SketchFile.h"
@@ -165,6 +166,69 @@ KindEntry sketchKind() {
     return k;
 }
 
+// "MIN,MAX" of a curve's parameter; an empty text leaves it to the relation.
+rel::TypedRelationC::RangeS parseRange(std::string const &text, std::string const &what) {
+    rel::TypedRelationC::RangeS r;
+    if (text.empty()) return r;
+    std::size_t comma = text.find(',');
+    if (comma == std::string::npos || text.find(',', comma + 1) != std::string::npos)
+        throw UsageError(what + ": '" + text + "' is not of the form MIN,MAX");
+    r.given = true;
+    r.min = parseNumber(text.substr(0, comma), what + " MIN");
+    r.max = parseNumber(text.substr(comma + 1), what + " MAX");
+    if (!(r.min < r.max)) throw UsageError(what + ": MIN must be below MAX, as in 0,6.28");
+    return r;
+}
+
+PointerTC<rel::TypedRelationC> readTyped(Arguments const &a) {
+    std::string const &text = a.text("text");
+    if (text.empty())
+        throw UsageError("relation: text=\"RELATION\" is required, such as text=\"x^2 + y^2 = 9\"");
+    rel::TypedRelationC::OptionsS options;
+    options.t = parseRange(a.text("t"), "relation t");
+    options.theta = parseRange(a.text("theta"), "relation theta");
+    std::string error;
+    PointerTC<rel::TypedRelationC> typed = rel::TypedRelationC::fromText(text, &error, options);
+    if (!typed)
+        throw UsageError("'" + text + "' does not read as a relation: " + error +
+                         "; type one such as \"y = x^2\", \"x^2 + y^2 = 9\", \"y < sin(x)\", \"r = 1 + cos(θ)\" or "
+                         "\"(cos(t), sin(2t))\", or name a kind: " + kindNames());
+    return typed;
+}
+
+Drawing drawTyped(rel::TypedRelationC const &typed, Window const &w) {
+    Drawing d;
+    d.evaluator = typed.getEvaluatorName();
+    d.points = pixelPoints(evalg::TypedRelationEvalC::evaluateGraph(typed, makeDomain(w)));
+    d.pixelRuns = typed.drawsPixels();
+    d.strokes = visibleStretches(d.points, w, false);
+    return d;
+}
+
+// A relation as a person types it, routed by the library's recogniser.
+KindEntry typedKind() {
+    KindEntry k;
+    k.name = "relation";
+    k.curve = "a relation as typed: y = 2x + 3, x^2 + y^2 = 9, y < sin(x) and x > 0, r = 1 + cos(θ),\n"
+              "              (cos(3t), sin(2t)); a closed form goes to its family's evaluator, anything else is\n"
+              "              drawn with proven pixels; plain \"evalg plot 'RELATION'\" is the same";
+    k.params = {text("text", "", "\"RELATION\""), text("t", "", "MIN,MAX"), text("theta", "", "MIN,MAX")};
+    k.params[1].meaning = "MIN,MAX: the t range of a curve (x(t), y(t)); from the expression when absent";
+    k.params[2].meaning = "MIN,MAX: the θ range of r = f(θ); whole turns from the expression when absent";
+    k.evaluator = "the one its recognition chooses";
+    k.relation = [](Arguments const &a) {
+        PointerTC<rel::TypedRelationC> typed = readTyped(a);
+        rel::TypedRelationC::FormE form = typed->getForm();
+        if (form != rel::TypedRelationC::CLOSED_FORM && form != rel::TypedRelationC::FUNCTION)
+            throw UsageError("'" + a.text("text") + "' is " + (form == rel::TypedRelationC::IMPLICIT ? "an implicit relation" : "a curve") +
+                             ", not y as a function of x, so it has no y values to tabulate");
+        return typed->getRelation();
+    };
+    k.draw = [](Arguments const &a, Window const &w) { return drawTyped(*readTyped(a), w); };
+    k.galleryArguments = "'text=x^3 + y^3 = 3xy or x^2 + y^2 < 1'";
+    return k;
+}
+
 std::vector<KindEntry> makeKinds() {
     ParamDef const a1 = number("a", 1, "");
     ParamDef const b1 = number("b", 1, "");
@@ -254,6 +318,7 @@ std::vector<KindEntry> makeKinds() {
     table.push_back(graphKind<evalg::ArbitraryFunctionFloat64EvalC>(
         "expr", "y = f(x), f in ordinary notation: 2x^2 - 3, sin(x)/x", {text("f", "", "\"EXPRESSION\"")},
         "ArbitraryFunctionFloat64EvalC", expression, "f='tan(x)/2'"));
+    table.push_back(typedKind());
     table.push_back(sampledKind());
     table.push_back(sketchKind());
     return table;
@@ -290,11 +355,36 @@ std::string kindNames() {
     return out;
 }
 
-RelationRequest parseRelation(std::vector<std::string> const &words) {
-    if (words.empty()) throw UsageError("a relation needs a KIND; kinds: " + kindNames());
+namespace {
+
+// Words that name no kind: one typed relation, the words joined again.
+RelationRequest parseTyped(std::vector<std::string> const &words, CurveRanges const &ranges) {
+    RelationRequest request;
+    request.kind = request.drawnKind = findKind("relation");
+    std::string text;
+    for (std::string const &w : words) text += (text.empty() ? "" : " ") + w;
+    request.args.texts = {{"text", text}, {"t", ranges.t}, {"theta", ranges.theta}};
+    // A misspelt kind with parameters (circel r=3) is no relation either.
+    bool parameters = words.size() > 1;
+    for (std::size_t i = 1; i < words.size(); ++i) {
+        std::size_t eq = words[i].find('=');
+        parameters = parameters && eq != std::string::npos && eq > 0 &&
+                     words[i].find_first_not_of("abcdefghijklmnopqrstuvwxyz") == eq;
+    }
+    if (parameters && words[0].find_first_not_of("abcdefghijklmnopqrstuvwxyz") == std::string::npos)
+        throw UsageError("unknown kind '" + words[0] + "'; kinds: " + kindNames());
+    request.typed = readTyped(request.args);
+    request.label = text;
+    return request;
+}
+
+} // namespace
+
+RelationRequest parseRelation(std::vector<std::string> const &words, CurveRanges const &ranges) {
+    if (words.empty()) throw UsageError("a relation needs a KIND or a typed relation; kinds: " + kindNames());
+    if (!findKind(words[0])) return parseTyped(words, ranges);
     RelationRequest request;
     request.kind = findKind(words[0]);
-    if (!request.kind) throw UsageError("unknown kind '" + words[0] + "'; kinds: " + kindNames());
     request.drawnKind = request.kind;
     std::string const &kindName = request.kind->name;
 
@@ -360,6 +450,7 @@ RelationRequest parseRelation(std::vector<std::string> const &words) {
 
     request.label = words[0];
     for (std::size_t i = 1; i < words.size(); ++i) request.label += " " + words[i];
+    if (request.kind->name == "relation") request.typed = readTyped(request.args);
     return request;
 }
 
@@ -403,6 +494,14 @@ std::vector<ParamValue> parameterValues(RelationRequest const &request) {
 Curve drawRelation(RelationRequest const &request, Window const &w) {
     Curve c;
     c.label = request.label;
+    if (request.typed) {
+        // What the relation was read as: its family and the family's numbers.
+        c.kind = request.typed->getKind();
+        for (auto const &p : request.typed->getParameters())
+            c.parameters.push_back(ParamValue{p.name, ParamValue::Number, p.value, ""});
+        c.drawing = drawTyped(*request.typed, w);
+        return c;
+    }
     c.kind = request.kind->name;
     c.parameters = parameterValues(request);
     c.drawing = request.kind->draw(request.args, w);

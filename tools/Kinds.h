@@ -8,6 +8,7 @@
 
 #include "collab/oss/PointerTC.h"
 #include "collab/rel/RelationC.h"
+#include "collab/rel/TypedRelationC.h"
 #include "Picture.h"
 #include "Window.h"
 
@@ -73,17 +74,28 @@ std::vector<KindEntry> const &kinds();
 KindEntry const *findKind(std::string const &name);
 std::string kindNames(); // "line, quadratic, ..."
 
-// A relation as written on the command line: KIND NAME=VALUE...
+// A relation as written on the command line: KIND NAME=VALUE..., or a
+// relation as typed ("x^2 + y^2 = 9"), which is the kind "relation".
 struct RelationRequest {
     KindEntry const *kind = nullptr;
     KindEntry const *drawnKind = nullptr; // the kind whose relation is built (differs for a wrapping kind)
     Arguments args;
     std::string label;
+    // A typed relation as read, with what it was recognised as.
+    qelt::oss::PointerTC<qelt::mathapp::rel::TypedRelationC> typed;
+};
+
+// The t and θ ranges a typed curve takes when its words do not say,
+// "MIN,MAX" each; empty to choose from the expression.
+struct CurveRanges {
+    std::string t;
+    std::string theta;
 };
 
 // Validates the words (unknown kind or parameter, a repeated or malformed
-// value) and fills in the defaults; throws UsageError.
-RelationRequest parseRelation(std::vector<std::string> const &words);
+// value, a typed relation that does not read) and fills in the defaults;
+// throws UsageError. Words whose first is no kind are one typed relation.
+RelationRequest parseRelation(std::vector<std::string> const &words, CurveRanges const &ranges = CurveRanges());
 
 // Every parameter of the relation, given or defaulted, in declaration order.
 std::vector<ParamValue> parameterValues(RelationRequest const &request);

@@ -40,8 +40,9 @@ void checkPictureSize(long long columns, long long rows, long long scale) {
 
 void runPlot(PlotOptions const &o) {
     // Everything is checked before anything is drawn or written.
-    std::vector<RelationRequest> requests{parseRelation(o.relation)};
-    for (std::vector<std::string> const &words : o.others) requests.push_back(parseRelation(words));
+    CurveRanges ranges{o.tRange, o.thetaRange};
+    std::vector<RelationRequest> requests{parseRelation(o.relation, ranges)};
+    for (std::vector<std::string> const &words : o.others) requests.push_back(parseRelation(words, ranges));
     Window w = parseWindow(o.window.window, o.window.size);
     Format format = chooseFormat(o.format, o.output,
                                  {Format::Png, Format::Svg, Format::Json, Format::Csv, Format::Text}, Format::Text);

@@ -68,9 +68,14 @@ int main(int argc, char **argv) {
 
     PlotOptions plot;
     CLI::App *plotCommand = app.add_subcommand("plot", "Draw relations on a graph window");
-    plotCommand->add_option("relation", plot.relation, "KIND NAME=VALUE...: the relation to draw")->required();
-    plotCommand->add_option("--and", plot.others, "KIND NAME=VALUE...: one more relation, in its own colour")
+    plotCommand
+        ->add_option("relation", plot.relation,
+                     "\"RELATION\" as typed (\"x^2 + y^2 = 9\"), or KIND NAME=VALUE...: the relation to draw")
+        ->required();
+    plotCommand->add_option("--and", plot.others, "RELATION or KIND NAME=VALUE...: one more relation, in its own colour")
         ->expected(1, -1);
+    plotCommand->add_option("--t", plot.tRange, "MIN,MAX: the t range of typed curves (x(t), y(t))");
+    plotCommand->add_option("--theta", plot.thetaRange, "MIN,MAX: the θ range of typed curves r = f(θ)");
     addWindowOptions(plotCommand, plot.window);
     plotCommand->add_option("-o,--output", plot.output, "FILE: where to write; the terminal when absent");
     plotCommand->add_option("--format", plot.format, "png|svg|json|csv|text; else from the file's extension");
@@ -132,7 +137,8 @@ int main(int argc, char **argv) {
                 message = missingCommandMessage(argc, argv, path,
                                                 path == "sketch" ? "to-pixels, from-pixels" : "plot, table, sketch, gallery");
             if (message == "relation is required")
-                message = "a relation is required: KIND NAME=VALUE..., kinds: " + kindNames();
+                message = "a relation is required: \"RELATION\" as typed, such as \"x^2 + y^2 = 9\", or KIND "
+                          "NAME=VALUE..., kinds: " + kindNames();
             return badInput(message, commandPath(app));
         }
         command = commandPath(app);

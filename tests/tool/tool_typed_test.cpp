@@ -1,0 +1,81 @@
+// evalg plot "RELATION": a closed form typed is the named kind with the same
+// numbers, to the point; everything else says which evaluator drew it.
+#include <gtest/gtest.h>
+
+#include "ToolRun.h"
+
+namespace {
+
+using namespace tooltest;
+using nlohmann::json;
+
+json plotJson(Folder const &f, std::vector<std::string> const &relation) {
+    Result r = f.evalg(with(with({"plot"}, relation), {"--format", "json"}));
+    EXPECT_EQ(r.status, 0) << r.err;
+    return r.status == 0 ? json::parse(r.out) : json();
+}
+
+} // namespace
+
+TEST(TypedRelations, AreTheNamedKindWithTheSameNumbers) {
+    struct {
+        std::vector<std::string> typed, named;
+    } const cases[] = {
+        {{"x^2 + y^2 = 9"}, {"circle", "r=3"}},
+        {{"y", "=", "0.25(x", "-", "1)^2", "-", "4"}, {"quadratic", "a=0.25", "h=1", "k=-4"}},
+        {{"(x - 1)^2/36 + y^2/9 = 1"}, {"ellipse", "h=1", "a=6", "b=3"}},
+        {{"x^2/4 - y^2/2.25 = 1"}, {"hyperbola", "a=2", "b=1.5"}},
+        {{"y = 3sin(1.5(x - 0.5))"}, {"sin", "a=1.5", "b=3", "h=0.5"}},
+        {{"y = 2log(2, x + 7) - 3"}, {"log", "b=2", "h=-7", "k=-3", "base=2"}},
+        {{"relation", "text=y = 0.5e^(0.5x) - 3"}, {"exp", "b=0.5", "r=0.5", "k=-3"}},
+    };
+    Folder f;
+    for (auto const &c : cases) {
+        json typed = plotJson(f, c.typed)["relations"][0], named = plotJson(f, c.named)["relations"][0];
+        EXPECT_EQ(typed["kind"], named["kind"]) << c.named[0];
+        EXPECT_EQ(typed["evaluator"], named["evaluator"]) << c.named[0];
+        EXPECT_EQ(typed["points"], named["points"]) << c.named[0];
+        for (auto const &p : typed["parameters"].items()) EXPECT_EQ(p.value(), named["parameters"][p.key()]) << p.key();
+    }
+}
+
+TEST(TypedRelations, SayWhatDrewThem) {
+    struct {
+        std::vector<std::string> words;
+        char const *kind, *evaluator;
+    } const cases[] = {
+        {{"sin(x)/x"}, "expr", "ArbitraryFunctionFloat64EvalC"},
+        {{"y < sin(x) and x > 0"}, "implicit", "ImplicitRelationEvalC"},
+        {{"r = 1 + cos(θ)"}, "polar", "ParametricCurveEvalC"},
+        {{"(cos(3t), sin(2t))"}, "parametric", "ParametricCurveEvalC"},
+    };
+    Folder f;
+    for (auto const &c : cases) {
+        json rel = plotJson(f, c.words)["relations"][0];
+        EXPECT_EQ(rel["kind"], c.kind) << c.words[0];
+        EXPECT_EQ(rel["evaluator"], c.evaluator) << c.words[0];
+        EXPECT_EQ(rel["label"], c.words[0]);
+    }
+    json spiral = plotJson(f, {"r = θ", "--theta", "0,12.5"})["relations"][0];
+    EXPECT_EQ(spiral["parameters"]["θ max"], 12.5);
+}
+
+TEST(TypedRelations, RefusalsNameTheProblem) {
+    struct {
+        std::vector<std::string> args;
+        char const *message;
+    } const cases[] = {
+        {{"plot", "circel", "r=3"}, "unknown kind 'circel'"},
+        {{"plot", "x^2 + = 3"}, "does not read as a relation: expected an operand at character 6"},
+        {{"plot", "x^2 + y^2"}, "needs a comparison"},
+        {{"plot", "r = θ", "--theta", "3,1"}, "MIN must be below MAX"},
+        {{"table", "x^2 + y^3 = 1", "--x", "1"}, "no y values to tabulate"},
+    };
+    Folder f;
+    for (auto const &c : cases) {
+        Result r = f.evalg(c.args);
+        EXPECT_EQ(r.status, 2) << c.args[1];
+        EXPECT_NE(r.err.find(c.message), std::string::npos) << r.err;
+        EXPECT_TRUE(f.entries().empty());
+    }
+}
