@@ -2,16 +2,21 @@
 // evaluator takes, on a 16:9 window over [-8, 8] x [-4.5, 4.5]: the quadtree at 1920x1080 and 3840x2160 against
 // classifying every pixel on its own with the same interval arithmetic, and
 // the circle x^2 + y^2 = 9 against its exact rasteriser for scale; and the
-// parametric curve (cos 3t, sin 2t) at both sizes.
+// parametric curve (cos 3t, sin 2t) at both sizes. Typed: the circle typed
+// as "x^2 + y^2 = 9", read and routed to the circle rasteriser, against that
+// rasteriser given the numbers; and a typed implicit relation (a compiled
+// expression) against the same relation written by hand.
 #include <benchmark/benchmark.h>
 
 #include "collab/esb/CartesianRelationServiceC.h"
 #include "collab/rel/CircleC.h"
 #include "collab/rel/ImplicitRelationC.h"
 #include "collab/rel/ParametricCurveC.h"
+#include "collab/rel/TypedRelationC.h"
 #include "evalg/CircleEvalC.h"
 #include "evalg/ImplicitRelationEvalC.h"
 #include "evalg/ParametricCurveEvalC.h"
+#include "evalg/TypedRelationEvalC.h"
 #include "tests/support/SampleBoxFunctions.h"
 
 using namespace qelt;
@@ -58,12 +63,43 @@ void implicitRelation(benchmark::State &state) {
     state.SetLabel(s.label);
 }
 
+// The handheld's window, or 1920x1080 over the scenes' 16:9 window.
+oss::PointerTC<ds::GraphicalDomainC> circleWindow(int size) {
+    if (size == 0) return oss::PointerTC<ds::GraphicalDomainC>(new ds::GraphicalDomainC(-8, 8, -5, 5, 161, 101));
+    return window(scenes[3], 1);
+}
+
+// range(0): 0 the handheld's window, 1 1920x1080.
 void circleRasteriser(benchmark::State &state) {
     esb::CartesianRelationServiceC service(oss::PointerTC<rel::RelationC>(new rel::CircleC(0, 0, 3)));
-    auto domain = window(scenes[3], 1);
+    auto domain = circleWindow(int(state.range(0)));
     evalg::CircleEvalC evaluator;
     unsigned int points = 0;
     for (auto _ : state) points = evaluator.evaluateGraph(service, domain)->getCount();
+    state.counters["points"] = points;
+}
+
+// range(0) as for circleRasteriser; range(1): 0 reads the text every time
+// (a command), 1 draws the relation read once (a view redrawing).
+void typedCircle(benchmark::State &state) {
+    auto domain = circleWindow(int(state.range(0)));
+    oss::PointerTC<rel::TypedRelationC> once = rel::TypedRelationC::fromText("x^2 + y^2 = 9", nullptr);
+    unsigned int points = 0;
+    for (auto _ : state) {
+        oss::PointerTC<rel::TypedRelationC> typed =
+            state.range(1) == 0 ? rel::TypedRelationC::fromText("x^2 + y^2 = 9", nullptr) : once;
+        points = evalg::TypedRelationEvalC::evaluateGraph(*typed, domain)->getCount();
+    }
+    state.counters["points"] = points;
+    state.SetLabel(once->getEvaluatorName());
+}
+
+// The wavy circle typed (a compiled expression) at 1920x1080.
+void typedImplicit(benchmark::State &state) {
+    oss::PointerTC<rel::TypedRelationC> typed = rel::TypedRelationC::fromText("x^2 + y^2 + sin(4x) = 9", nullptr);
+    auto domain = window(scenes[0], 1);
+    unsigned int points = 0;
+    for (auto _ : state) points = evalg::TypedRelationEvalC::evaluateGraph(*typed, domain)->getCount();
     state.counters["points"] = points;
 }
 
@@ -95,4 +131,6 @@ BENCHMARK(implicitRelation)
     ->ArgsProduct({{0, 1, 2, 3, 4}, {1, 2}, {0}})
     ->ArgsProduct({{0, 1, 2, 4}, {1}, {1}})
     ->Unit(benchmark::kMillisecond);
-BENCHMARK(circleRasteriser)->Unit(benchmark::kMillisecond);
+BENCHMARK(circleRasteriser)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+BENCHMARK(typedCircle)->ArgsProduct({{0, 1}, {0, 1}})->Unit(benchmark::kMicrosecond);
+BENCHMARK(typedImplicit)->Unit(benchmark::kMillisecond);
