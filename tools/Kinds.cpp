@@ -373,6 +373,12 @@ RelationRequest parseTyped(std::vector<std::string> const &words, CurveRanges co
     }
     if (parameters && words[0].find_first_not_of("abcdefghijklmnopqrstuvwxyz") == std::string::npos)
         throw UsageError("unknown kind '" + words[0] + "'; kinds: " + kindNames());
+    // One word of letters that reads as nothing was meant as a kind.
+    if (words.size() == 1 && words[0].find_first_not_of("abcdefghijklmnopqrstuvwxyz") == std::string::npos) {
+        std::string error;
+        if (!rel::TypedRelationC::fromText(text, &error))
+            throw UsageError("unknown kind '" + words[0] + "', and as a relation: " + error + "; kinds: " + kindNames());
+    }
     request.typed = readTyped(request.args);
     request.label = text;
     return request;

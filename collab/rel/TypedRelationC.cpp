@@ -78,7 +78,7 @@ std::vector<SpanS> splitAtWord(std::string const &text, SpanS s, char const *wor
         char c = text[i];
         if (c == '(') ++depth;
         if (c == ')') --depth;
-        if (depth != 0 || i + n > s.end || text.compare(i, n, word) != 0) continue;
+        if (depth != 0 || c != word[0] || i + n > s.end || text.compare(i, n, word) != 0) continue;
         bool before = i == s.begin || !wordByte(static_cast<unsigned char>(text[i - 1]));
         bool after = i + n == s.end || !wordByte(static_cast<unsigned char>(text[i + n]));
         if (!before || !after) continue;
@@ -93,6 +93,8 @@ std::vector<SpanS> splitAtWord(std::string const &text, SpanS s, char const *wor
 // A comparison token at text[i], outside parentheses: its length, and which.
 std::size_t comparisonAt(std::string const &text, std::size_t i, std::size_t end,
                          ImplicitRelationC::ComparisonE &op) {
+    char const c = text[i];
+    if (c != '<' && c != '>' && c != '=' && c != '\xE2') return 0;
     auto at = [&](char const *token) {
         std::size_t n = std::char_traits<char>::length(token);
         return i + n <= end && text.compare(i, n, token) == 0 ? n : 0;

@@ -179,7 +179,7 @@ TEST(Gallery, WritesEveryFileItPromises) {
     // Every kind of the tool, each with its picture.
     std::set<std::string> const kinds{"line", "quadratic", "vparabola", "parabola", "circle",  "ellipse",
                                       "hyperbola", "vhyperbola", "power", "exp", "log", "sin", "cos",
-                                      "expr", "sampled", "sketch"};
+                                      "expr", "relation", "sampled", "sketch"};
     Folder f;
     Result r = f.evalg({"gallery", "-o", "shown"});
     ASSERT_EQ(r.status, 0) << r.err;

@@ -132,7 +132,12 @@ void InfixParserC::skipSpace() {
         ++pos_;
 }
 
-bool InfixParserC::at(char const *token) const { return text_.compare(pos_, std::char_traits<char>::length(token), token) == 0; }
+// The first byte alone settles most calls: the parser asks for many tokens at
+// every place.
+bool InfixParserC::at(char const *token) const {
+    return pos_ < text_.size() && text_[pos_] == token[0] &&
+           text_.compare(pos_, std::char_traits<char>::length(token), token) == 0;
+}
 
 bool InfixParserC::accept(char const *token) {
     if (!at(token)) return false;
