@@ -355,6 +355,17 @@ std::string kindNames() {
     return out;
 }
 
+void refuseMisspeltKind(std::vector<std::string> const &words) {
+    bool parameters = words.size() > 1;
+    for (std::size_t i = 1; i < words.size(); ++i) {
+        std::size_t eq = words[i].find('=');
+        parameters = parameters && eq != std::string::npos && eq > 0 &&
+                     words[i].find_first_not_of("abcdefghijklmnopqrstuvwxyz") == eq;
+    }
+    if (parameters && words[0].find_first_not_of("abcdefghijklmnopqrstuvwxyz") == std::string::npos)
+        throw UsageError("unknown kind '" + words[0] + "'; kinds: " + kindNames());
+}
+
 namespace {
 
 // Words that name no kind: one typed relation, the words joined again.
@@ -364,15 +375,7 @@ RelationRequest parseTyped(std::vector<std::string> const &words, CurveRanges co
     std::string text;
     for (std::string const &w : words) text += (text.empty() ? "" : " ") + w;
     request.args.texts = {{"text", text}, {"t", ranges.t}, {"theta", ranges.theta}};
-    // A misspelt kind with parameters (circel r=3) is no relation either.
-    bool parameters = words.size() > 1;
-    for (std::size_t i = 1; i < words.size(); ++i) {
-        std::size_t eq = words[i].find('=');
-        parameters = parameters && eq != std::string::npos && eq > 0 &&
-                     words[i].find_first_not_of("abcdefghijklmnopqrstuvwxyz") == eq;
-    }
-    if (parameters && words[0].find_first_not_of("abcdefghijklmnopqrstuvwxyz") == std::string::npos)
-        throw UsageError("unknown kind '" + words[0] + "'; kinds: " + kindNames());
+    refuseMisspeltKind(words);
     request.typed = readTyped(request.args);
     request.label = text;
     return request;
