@@ -8,6 +8,7 @@
 #include "Output.h"
 #include "Png.h"
 #include "Render.h"
+#include "Words.h"
 
 namespace evalgtool {
 
@@ -18,28 +19,6 @@ int const tileMargin = 12;
 int const labelHeight = 40;
 int const sheetColumns = 4;
 char const *const sampleSketchFile = "sketch-points.json";
-
-// Words as a shell splits them: at blanks, with '...' quoting.
-std::vector<std::string> splitWords(std::string const &s) {
-    std::vector<std::string> out;
-    std::string word;
-    bool inWord = false, quoted = false;
-    for (char c : s) {
-        if (c == '\'') {
-            quoted = !quoted;
-            inWord = true;
-        } else if (c == ' ' && !quoted) {
-            if (inWord) out.push_back(word);
-            word.clear();
-            inWord = false;
-        } else {
-            word += c;
-            inWord = true;
-        }
-    }
-    if (inWord) out.push_back(word);
-    return out;
-}
 
 // A hand-drawn-looking wave for the sketch kind, in the default window.
 std::string sampleSketch() {

@@ -355,16 +355,7 @@ std::string kindNames() {
     return out;
 }
 
-namespace {
-
-// Words that name no kind: one typed relation, the words joined again.
-RelationRequest parseTyped(std::vector<std::string> const &words, CurveRanges const &ranges) {
-    RelationRequest request;
-    request.kind = request.drawnKind = findKind("relation");
-    std::string text;
-    for (std::string const &w : words) text += (text.empty() ? "" : " ") + w;
-    request.args.texts = {{"text", text}, {"t", ranges.t}, {"theta", ranges.theta}};
-    // A misspelt kind with parameters (circel r=3) is no relation either.
+void refuseMisspeltKind(std::vector<std::string> const &words) {
     bool parameters = words.size() > 1;
     for (std::size_t i = 1; i < words.size(); ++i) {
         std::size_t eq = words[i].find('=');
@@ -376,9 +367,21 @@ RelationRequest parseTyped(std::vector<std::string> const &words, CurveRanges co
     // One word of letters that reads as nothing was meant as a kind.
     if (words.size() == 1 && words[0].find_first_not_of("abcdefghijklmnopqrstuvwxyz") == std::string::npos) {
         std::string error;
-        if (!rel::TypedRelationC::fromText(text, &error))
+        if (!rel::TypedRelationC::fromText(words[0], &error))
             throw UsageError("unknown kind '" + words[0] + "', and as a relation: " + error + "; kinds: " + kindNames());
     }
+}
+
+namespace {
+
+// Words that name no kind: one typed relation, the words joined again.
+RelationRequest parseTyped(std::vector<std::string> const &words, CurveRanges const &ranges) {
+    RelationRequest request;
+    request.kind = request.drawnKind = findKind("relation");
+    std::string text;
+    for (std::string const &w : words) text += (text.empty() ? "" : " ") + w;
+    request.args.texts = {{"text", text}, {"t", ranges.t}, {"theta", ranges.theta}};
+    refuseMisspeltKind(words);
     request.typed = readTyped(request.args);
     request.label = text;
     return request;

@@ -97,6 +97,10 @@ struct CurveRanges {
 // throws UsageError. Words whose first is no kind are one typed relation.
 RelationRequest parseRelation(std::vector<std::string> const &words, CurveRanges const &ranges = CurveRanges());
 
+// Throws UsageError when words that name no kind still read as a kind with
+// parameters (circel r=3): a misspelt kind, not a relation as typed.
+void refuseMisspeltKind(std::vector<std::string> const &words);
+
 // Every parameter of the relation, given or defaulted, in declaration order.
 std::vector<ParamValue> parameterValues(RelationRequest const &request);
 

@@ -65,6 +65,17 @@ EXPORTED void evalg_clear(int slot) {
     if (Slot *s = slotAt(slot)) *s = Slot();
 }
 
+EXPORTED char const *evalg_chosen(int slot) {
+    Slot *s = slotAt(slot);
+    return s && s->used ? s->relation.chosen.c_str() : "";
+}
+
+EXPORTED int evalg_form(int slot) {
+    Slot *s = slotAt(slot);
+    if (!s || !s->used) return 0;
+    return (s->relation.pixelRuns ? 1 : 0) | (s->relation.relation ? 2 : 0);
+}
+
 EXPORTED char const *evalg_message() { return message.c_str(); }
 
 EXPORTED int evalg_draw(int slot, double xMin, double xMax, double yMin, double yMax, int columns, int rows) {

@@ -12,6 +12,11 @@ extern "C" {
 // with the reason in evalg_message(). A slot that failed keeps nothing.
 int evalg_set(int slot, char const *text);
 void evalg_clear(int slot);
+// What was chosen to draw the slot's relation ("circle · CircleEvalC"), and
+// how: bit 1 when its drawing is row runs of pixels (a region or an implicit
+// curve) rather than a path, bit 2 when it has y values for trace and table.
+char const *evalg_chosen(int slot);
+int evalg_form(int slot);
 char const *evalg_message();
 
 // Draws the slot's relation on the window; the number of points, 0 for an

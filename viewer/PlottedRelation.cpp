@@ -17,19 +17,23 @@
 #include "evalg/PowerFunctionEvalC.h"
 #include "evalg/QuadraticFunctionEvalC.h"
 #include "evalg/SinusoidalFunctionEvalC.h"
+#include "evalg/TypedRelationEvalC.h"
 #include "tools/Errors.h"
 #include "tools/Kinds.h"
+#include "tools/Words.h"
 
 namespace evalgviewer {
 
 namespace ds = qelt::mathapp::ds;
 namespace esb = qelt::mathapp::esb;
 namespace evalg = qelt::mathapp::evalg;
+namespace rel = qelt::mathapp::rel;
 using evalgtool::UsageError;
 
 namespace {
 
 using Evaluate = std::function<GraphP(DomainP const &)>;
+using TypedP = qelt::oss::PointerTC<rel::TypedRelationC>;
 
 // The relation drawn by its own evaluator, held by value (the evaluators'
 // common base has no virtual destructor). One evaluator per relation: an
@@ -95,40 +99,28 @@ bool isKindName(std::string const &word) { return evalgtool::findKind(word) != n
 
 } // namespace
 
-std::vector<std::string> splitWords(std::string const &text) {
-    std::vector<std::string> words;
-    std::string word;
-    bool inWord = false;
-    char quote = 0;
-    for (char c : text) {
-        if (quote) {
-            if (c == quote)
-                quote = 0;
-            else
-                word += c;
-        } else if (c == '\'' || c == '"') {
-            quote = c;
-            inWord = true;
-        } else if (c == ' ' || c == '\t' || c == '\n' || c == '\r') {
-            if (inWord) words.push_back(word);
-            word.clear();
-            inWord = false;
-        } else {
-            word += c;
-            inWord = true;
-        }
-    }
-    if (quote) throw UsageError(std::string("unmatched ") + quote + " in '" + text + "'");
-    if (inWord) words.push_back(word);
-    return words;
-}
-
 namespace {
+
+// A typed relation is drawn by the evaluator its reading chose, straight
+// from the library; only those with y values have trace values and a table.
+PlottedRelation typedPlot(TypedP typed, std::string const &label) {
+    PlottedRelation p;
+    p.label = label;
+    rel::TypedRelationC::FormE form = typed->getForm();
+    if (form == rel::TypedRelationC::CLOSED_FORM || form == rel::TypedRelationC::FUNCTION)
+        p.relation = typed->getRelation();
+    p.chosen = typed->getKind() + " \u00b7 " + typed->getEvaluatorName();
+    p.pixelRuns = typed->drawsPixels();
+    p.evaluate = [typed](DomainP const &domain) { return evalg::TypedRelationEvalC::evaluateGraph(*typed, domain); };
+    return p;
+}
 
 PlottedRelation fromWords(std::vector<std::string> const &words, std::string const &label) {
     evalgtool::RelationRequest request = evalgtool::parseRelation(words);
+    if (request.typed) return typedPlot(request.typed, label);
     PlottedRelation p;
     p.label = label;
+    p.chosen = request.kind->name + " \u00b7 " + request.kind->evaluator;
     if (request.drawnKind->relation) p.relation = request.drawnKind->relation(request.args);
     if (p.relation && !request.kind->wrapsKind) p.evaluate = evaluatorNamed(request.kind->evaluator, p.relation);
     if (p.evaluate) return p;
@@ -140,26 +132,34 @@ PlottedRelation fromWords(std::vector<std::string> const &words, std::string con
     return p;
 }
 
+// A relation as typed, read once by the library; each redraw only evaluates.
+PlottedRelation typedRelation(std::string const &text) {
+    // "circel r=3" is a misspelt kind rather than a relation that fails to read.
+    std::vector<std::string> words;
+    try {
+        words = evalgtool::splitWords(text);
+    } catch (UsageError const &) {
+        // Quotes are no concern of a typed relation; its reader has its say.
+    }
+    evalgtool::refuseMisspeltKind(words);
+    std::string error;
+    TypedP typed = rel::TypedRelationC::fromText(text, &error);
+    if (!typed) throw UsageError(error);
+    return typedPlot(typed, text);
+}
+
 } // namespace
 
 PlottedRelation relationFromText(std::string const &text) {
-    std::vector<std::string> words = splitWords(text);
-    if (words.empty()) throw UsageError("type a relation: a kind and its parameters (circle r=3) or an expression in x");
-    if (isKindName(words[0])) return fromWords(words, text);
-    // Anything that does not start with a kind is taken as y = the expression;
-    // when that does not parse either, the message names both readings.
-    std::string expression = text;
-    std::size_t first = expression.find_first_not_of(" \t");
-    if (expression[first] == 'y') {
-        std::size_t eq = expression.find_first_not_of(" \t", first + 1);
-        if (eq != std::string::npos && expression[eq] == '=') expression = expression.substr(eq + 1);
-    }
-    try {
-        return fromWords({"expr", "f=" + expression}, text);
-    } catch (UsageError const &e) {
-        throw UsageError("'" + words[0] + "' is not a kind (" + evalgtool::kindNames() +
-                         "), and as an expression in x: " + e.what());
-    }
+    if (text.find_first_not_of(" \t\n\r") == std::string::npos)
+        throw UsageError("type a relation (x^2 + y^2 = 9, y < sin(x), r = 1 + cos(θ)) or a kind and its "
+                         "parameters (circle r=3)");
+    // Only the first word decides: a typed relation may hold quotes or
+    // blanks the word splitter would take apart.
+    std::size_t start = text.find_first_not_of(" \t\n\r");
+    std::string first = text.substr(start, text.find_first_of(" \t\n\r", start) - start);
+    if (isKindName(first)) return fromWords(evalgtool::splitWords(text), text);
+    return typedRelation(text);
 }
 
 } // namespace evalgviewer

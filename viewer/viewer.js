@@ -6,6 +6,8 @@
 
 (function () {
   const FIRST_VISIBLE = 0x01, LAST_VISIBLE = 0x02;
+  // evalg_form's bits: the drawing is row runs of pixels; there are y values.
+  const PIXEL_RUNS = 1, HAS_Y = 2;
   const DEFAULT_WINDOW = { xMin: -8, xMax: 8, yMin: -5, yMax: 5, columns: 161, rows: 101 };
   const DEFAULT_SCALE = 4;
   // Cell colours: background, grid, axes, then the relations' colours (the
@@ -52,6 +54,8 @@
     api = {
       set: M.cwrap('evalg_set', 'number', ['number', 'string']),
       clear: M._evalg_clear,
+      chosen: (slot) => M.UTF8ToString(M._evalg_chosen(slot)),
+      form: M._evalg_form,
       message: () => M.UTF8ToString(M._evalg_message()),
       draw: M._evalg_draw,
       points: M._evalg_points,
@@ -121,6 +125,25 @@
     lightenStroke();
   }
 
+  // A region or an implicit curve: each run, from its FIRST_VISIBLE point to
+  // its LAST_VISIBLE one on a row, filled; an undecided run in the light shade.
+  function drawRuns(points, markers, count, colour, C, R) {
+    const light = colour + CURVE_COLOURS;
+    let from = -1;
+    for (let i = 0; i < count; ++i) {
+      const m = markers[i];
+      if (m & FIRST_VISIBLE) from = i;
+      if (!(m & LAST_VISIBLE) || from < 0) continue;
+      const row = points[2 * i + 1];
+      if (row >= 0 && row < R) {
+        const c0 = Math.max(0, Math.min(points[2 * from], points[2 * i]));
+        const c1 = Math.min(C - 1, Math.max(points[2 * from], points[2 * i]));
+        cells.fill((markers[from] & UNDECIDED) ? light : colour, row * C + c0, row * C + c1 + 1);
+      }
+      from = -1;
+    }
+  }
+
   function drawGrid(w) {
     const n = api.grid(w.xMin, w.xMax, w.yMin, w.yMax, w.columns, w.rows);
     if (n <= 0) return;
@@ -154,8 +177,8 @@
       if (r.count < 0) { r.count = 0; r.message.textContent = api.message(); }
       if (r.count <= 0) return;
       total += r.count;
-      drawPoints(int32View(api.points(r.slot), 2 * r.count), uint8View(api.markers(r.slot), r.count), r.count,
-        FIRST_CURVE + r.colour, C, R);
+      (r.runs ? drawRuns : drawPoints)(int32View(api.points(r.slot), 2 * r.count),
+        uint8View(api.markers(r.slot), r.count), r.count, FIRST_CURVE + r.colour, C, R);
     });
     if (canvas.width !== C * S || canvas.height !== R * S || !image) {
       canvas.width = C * S;
@@ -192,10 +215,17 @@
   function readRelation(r) {
     if (r.slot >= 0) api.clear(r.slot);
     r.ok = false;
+    r.runs = r.hasY = false;
+    r.chosen.textContent = '';
     if (r.text.trim() === '') { r.message.textContent = ''; return; }
     if (r.slot < 0) { r.message.textContent = 'too many relations'; return; }
     r.ok = api.set(r.slot, r.text) === 1;
     r.message.textContent = r.ok ? '' : api.message();
+    if (!r.ok) return;
+    const form = api.form(r.slot);
+    r.runs = (form & PIXEL_RUNS) !== 0;
+    r.hasY = (form & HAS_Y) !== 0;
+    r.chosen.textContent = api.chosen(r.slot);
   }
 
   function addRelation(text, on) {
@@ -204,16 +234,17 @@
     let colour = 0;
     while (used.has(colour) && colour < CURVE_COLOURS) ++colour;
     if (colour === CURVE_COLOURS) colour = state.relations.length % CURVE_COLOURS;
-    const r = { text, on: on !== false, slot: freeSlot(), ok: false, colour, count: 0 };
+    const r = { text, on: on !== false, slot: freeSlot(), ok: false, runs: false, hasY: false, colour, count: 0 };
     const row = document.createElement('div');
     row.className = 'relation';
     const [red, green, blue] = PALETTE[FIRST_CURVE + colour];
     row.innerHTML = `<input type="checkbox" title="show"><span class="swatch" style="background:rgb(${red},${green},${blue})"></span>` +
-      '<input type="text" spellcheck="false" autocomplete="off"><button type="button" title="remove">×</button><p class="message"></p>';
-    const [toggle, , input, remove, message] = row.children;
+      '<input type="text" spellcheck="false" autocomplete="off"><button type="button" title="remove">×</button>' +
+      '<p class="message"></p><p class="chosen" title="what draws it: the kind and the library evaluator"></p>';
+    const [toggle, , input, remove, message, chosen] = row.children;
     toggle.checked = r.on;
     input.value = text;
-    Object.assign(r, { row, input, message });
+    Object.assign(r, { row, input, message, chosen });
     toggle.addEventListener('change', () => { r.on = toggle.checked; changed(); });
     input.addEventListener('input', () => { r.text = input.value; readRelation(r); changed(); });
     remove.addEventListener('click', () => {
@@ -392,8 +423,18 @@
     for (const r of state.relations) {
       if (!r.ok || !r.on || r.count <= 0) continue;
       const pts = int32View(api.points(r.slot), 2 * r.count);
+      const marks = r.runs ? uint8View(api.markers(r.slot), r.count) : null;
+      let from = 0;
       for (let i = 0; i < r.count; ++i) {
-        const c = pts[2 * i], row = pts[2 * i + 1];
+        let c = pts[2 * i];
+        const row = pts[2 * i + 1];
+        if (marks) {
+          // A run's nearest pixel lies anywhere between its ends.
+          if (marks[i] & FIRST_VISIBLE) from = i;
+          if (!(marks[i] & LAST_VISIBLE)) continue;
+          const lo = Math.min(pts[2 * from], c), hi = Math.max(pts[2 * from], c);
+          c = Math.max(lo, Math.min(hi, Math.round(at.u)));
+        }
         if (c < 0 || row < 0 || c >= w.columns || row >= w.rows) continue;
         const d = (c - at.u) * (c - at.u) + (row - at.v) * (row - at.v);
         if (!best || d < best.d) best = { d, c, row, r };
@@ -402,9 +443,11 @@
     let text = `x = ${fmt(mathX(w, at.u))}, y = ${fmt(mathY(w, at.v))}`;
     if (best) {
       const x = mathX(w, best.c);
-      const n = api.valuesAt(best.r.slot, x);
-      const ys = n > 0 ? [...float64View(api.numbers(), n)].map(fmt).join(', ') : 'none';
-      text += `   nearest: ${best.r.text} at pixel (${best.c}, ${best.row}), x = ${fmt(x)}, y = ${fmt(mathY(w, best.row))}; y values at x: ${ys}`;
+      text += `   nearest: ${best.r.text} at pixel (${best.c}, ${best.row}), x = ${fmt(x)}, y = ${fmt(mathY(w, best.row))}`;
+      if (best.r.hasY) {
+        const n = api.valuesAt(best.r.slot, x);
+        text += `; y values at x: ${n > 0 ? [...float64View(api.numbers(), n)].map(fmt).join(', ') : 'none'}`;
+      }
       const S = state.scale, size = Math.max(3 * S, 11);
       Object.assign(traceDot.style, { display: 'block', width: `${size}px`, height: `${size}px`,
         left: `${best.c * S + S / 2 - size / 2}px`, top: `${best.row * S + S / 2 - size / 2}px` });
@@ -420,7 +463,10 @@
     const table = $('table');
     table.textContent = '';
     if (!Number.isFinite(from) || !Number.isFinite(step)) return;
-    const shown = state.relations.filter((r) => r.ok && r.on);
+    const shown = state.relations.filter((r) => r.ok && r.on && r.hasY);
+    const without = state.relations.filter((r) => r.ok && r.on && !r.hasY).map((r) => r.text);
+    $('table-note').textContent = without.length === 0 ? '' :
+      `not in the table, having no y values as functions of x: ${without.join('; ')}`;
     const columns = shown.map((r) => {
       const n = api.table(r.slot, from, step, TABLE_ROWS);
       const nums = n > 0 ? [...float64View(api.numbers(), 3 * n)] : [];
@@ -500,7 +546,7 @@
     }
     state.win = w;
     $('window-message').textContent = message;
-    if (texts.length === 0 && location.hash === '') texts.push('quadratic a=0.25 h=1 k=-4', 'sin(x)/x');
+    if (texts.length === 0 && location.hash === '') texts.push('x^2 + y^2 = 9', 'y < sin(x) and y > -2', 'quadratic a=0.25 h=1 k=-4');
     setRelations(texts);
     changed();
   }

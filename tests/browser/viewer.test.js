@@ -127,6 +127,20 @@ function toolCurveCells(relations, w) {
   return cells;
 }
 
+// The pixels of row runs (a run from its FIRST_VISIBLE point to its
+// LAST_VISIBLE one), each with whether it is proven.
+function runPixels({ points, markers }) {
+  const out = [];
+  let from = -1;
+  markers.forEach((m, i) => {
+    if (m & 1) from = i;
+    if (!(m & 2) || from < 0) return;
+    for (let c = points[2 * from]; c <= points[2 * i]; ++c) out.push([c, points[2 * i + 1], !(markers[from] & 4)]);
+    from = -1;
+  });
+  return out;
+}
+
 // Compares the page with the tool for the window the page shows now.
 async function assertSameAsTool(page, what) {
   const view = await viewState(page);
@@ -136,7 +150,13 @@ async function assertSameAsTool(page, what) {
   for (let i = 0; i < relations.length; ++i) {
     if (relations[i].startsWith('sampled')) continue; // drawn by the tool's own stretches, checked on the picture
     const drawn = await page.evaluate((k) => window.evalgViewer.drawnPoints(k), i);
-    const points = json.relations[i].points;
+    const { points, pixels } = json.relations[i];
+    if (pixels) {
+      // The tool lists a region's pixels one by one, with whether each is proven.
+      assert.deepEqual(runPixels(drawn), pixels.map((p) => [p[0], p[1], Boolean(p[2])]),
+        `${what}: pixels of '${relations[i]}'`);
+      continue;
+    }
     assert.deepEqual(drawn.points, points.flatMap((p) => [p[0], p[1]]), `${what}: points of '${relations[i]}'`);
     assert.deepEqual(drawn.markers, points.map((p) => p[2]), `${what}: markers of '${relations[i]}'`);
   }
@@ -290,6 +310,44 @@ test('typing, dragging, wheel zoom, zoom box and reset redraw exactly the tool\'
   await page.close();
 });
 
+// Relations as a person types them: a closed form, regions and implicit
+// curves, a polar and a parametric curve, with what the library chose.
+const TYPED = [
+  ['x^2 + y^2 = 9', 'circle \u00b7 CircleEvalC'],
+  ['y < sin(x) and y > -2', 'implicit \u00b7 ImplicitRelationEvalC'],
+  ['x^3 + y^3 = 3xy', 'implicit \u00b7 ImplicitRelationEvalC'],
+  ['r = 1 + cos(\u03b8)', 'polar \u00b7 ParametricCurveEvalC'],
+  ['(4cos(3t), 3sin(2t))', 'parametric \u00b7 ParametricCurveEvalC'],
+  ['y = sin(x)/x', 'expr \u00b7 ArbitraryFunctionFloat64EvalC'],
+];
+
+test('typed relations are drawn with exactly the tool\'s pixels, regions filled', async () => {
+  for (const [text, chosen] of TYPED) {
+    const page = await openPage(link([], DEFAULT, 4));
+    await (await page.$('#relations input[type=text]')).type(text);
+    assert.equal(await page.$eval('#relations .chosen', (e) => e.textContent), chosen, text);
+    const { expected } = await assertSameAsTool(page, `typed '${text}'`);
+    assert.ok(expected.some((c) => c >= 0), `the tool drew nothing of '${text}'`);
+    assert.deepEqual(page.errors, []);
+    await page.close();
+  }
+  // A region is filled: far more pixels than a curve across the window.
+  const page = await openPage(link(['y < sin(x) and y > -2'], DEFAULT, 1));
+  const cells = await canvasCells(page);
+  assert.ok(cells.filter((c) => c === FIRST_CURVE || c === FIRST_CURVE + 12).length > 161 * 20);
+  // Trace over the region names a pixel of it and no y values; the table
+  // says why it has no column.
+  const rect = await (await page.$('#graph')).boundingBox();
+  await page.mouse.move(rect.x + 80.5, rect.y + 60.5);
+  const trace = await page.$eval('#trace', (e) => e.textContent);
+  assert.match(trace, /nearest: y < sin\(x\) and y > -2 at pixel \(80, 60\), x = 0, y = -1$/);
+  await page.click('#table-toggle');
+  assert.match(await page.$eval('#table-note', (e) => e.textContent), /no y values.*y < sin\(x\) and y > -2/);
+  assert.deepEqual(await page.$$eval('#table tr:first-child th', (t) => t.map((c) => c.textContent)), ['x']);
+  assert.deepEqual(page.errors, []);
+  await page.close();
+});
+
 test('two fingers spreading apart zoom about their midpoint', async () => {
   const page = await openPage(link(['circle r=2', 'sin a=2'], DEFAULT, 4));
   await page.setViewport({ width: 1400, height: 1000, hasTouch: true });
@@ -315,7 +373,11 @@ test('an invalid relation shows the parser\'s message beside its box and the oth
     ['expr f=sin(', /does not parse/],
     ['quadratic q=2', /unknown parameter 'q'/],
     ['power r=1.5', /power r/],
-    ['wiggle a=1', /'wiggle' is not a kind/],
+    ['wiggle a=1', /unknown kind 'wiggle'/],
+    // A typed relation that does not read: the library says where.
+    ['x^2 + y^2 = ', /at character 12/],
+    ['y < sin(x) and', /at character \d+/],
+    ['(cos(t), sin(t)', /at character \d+/],
     ["expr f='x+1", /unmatched/],
     // Read without complaint, but the page has no files to draw it from.
     ['sketch file=points.json', /points file 'points.json': cannot read it/],
@@ -368,6 +430,27 @@ test('a shared link restores the relations and the window exactly', async () => 
   assert.deepEqual(restored.relations.map((r) => r.text), ['sin a=2 b=3', 'hyperbola a=2 b=1.5', 'sin(x)/x']);
   assert.deepEqual(await canvasCells(again), cells);
   await again.close();
+
+  // Typed relations with θ, ² and ≤ come back as typed.
+  const typed = ['r = 1 + cos(\u03b8)', 'x\u00b2 + y\u00b2 \u2264 4', 'y = x^2 - 3'];
+  const first = await openPage(link([], DEFAULT, 4));
+  for (const [i, text] of typed.entries()) {
+    await first.click(i > 0 ? '#add' : '#relations input[type=text]');
+    await first.keyboard.type(text);
+  }
+  const typedView = await viewState(first);
+  assert.deepEqual(typedView.relations.map((r) => [r.text, r.ok]), typed.map((t) => [t, true]));
+  await first.waitForFunction(() => location.hash.includes('r=y%20%3D%20x%5E2%20-%203'));
+  const typedLink = await first.evaluate(() => location.href);
+  const typedCells = await canvasCells(first);
+  await first.close();
+  const restoredTyped = await openPage(typedLink);
+  const view2 = await viewState(restoredTyped);
+  assert.deepEqual(view2.relations.map((r) => r.text), typedView.relations.map((r) => r.text));
+  assert.ok(view2.relations.every((r) => r.ok));
+  assert.deepEqual(await canvasCells(restoredTyped), typedCells);
+  await assertSameAsTool(restoredTyped, 'a shared link of typed relations');
+  await restoredTyped.close();
 });
 
 test('trace names the nearest drawn pixel and the table shows the relation\'s values', async () => {
@@ -399,7 +482,10 @@ test('redraw time per kind, WebAssembly against native', async (t) => {
   const windows = [['161x101', DEFAULT, 4], ['1920x1080', Object.assign({}, DEFAULT, { columns: 1920, rows: 1080 }), 1]];
   const lines = ['| kind | window | native evaluation (us) | page evaluation (us) | ratio | whole page redraw (ms) |',
     '|---|---|---|---|---|---|'];
-  for (const relation of EVERY_KIND) {
+  const typedRows = [['typed circle', 'x^2 + y^2 = 9'], ['implicit', 'y < sin(x) and y > -2'],
+    ['implicit curve', 'x^3 + y^3 = 3xy'], ['polar', 'r = 1 + cos(\u03b8)']];
+  for (const relation of [...EVERY_KIND, ...typedRows.map((r) => r[1])]) {
+    const typed = typedRows.find((r) => r[1] === relation);
     for (const [name, w, scale] of windows) {
       const args = [w.xMin, w.xMax, w.yMin, w.yMax, w.columns, w.rows].map(String);
       const native = Number(execFileSync(REDRAW, [...args, relation], { encoding: 'utf8' }).split(' ')[0]) / 1000;
@@ -408,7 +494,7 @@ test('redraw time per kind, WebAssembly against native', async (t) => {
       const whole = await page.evaluate(() => window.evalgViewer.timeRedraw());
       await page.close();
       assert.ok(native > 0 && wasm > 0);
-      lines.push(`| ${relation.split(' ')[0]} | ${name} | ${native.toFixed(1)} | ${wasm.toFixed(1)} | ` +
+      lines.push(`| ${typed ? `${typed[0]} (${relation})` : relation.split(' ')[0]} | ${name} | ${native.toFixed(1)} | ${wasm.toFixed(1)} | ` +
         `${(wasm / native).toFixed(2)}x | ${whole.toFixed(2)} |`);
     }
   }
