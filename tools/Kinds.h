@@ -98,7 +98,8 @@ struct CurveRanges {
 RelationRequest parseRelation(std::vector<std::string> const &words, CurveRanges const &ranges = CurveRanges());
 
 // Throws UsageError when words that name no kind still read as a kind with
-// parameters (circel r=3): a misspelt kind, not a relation as typed.
+// parameters (circel r=3), or are one word of letters that reads as no
+// relation (quadratik): a misspelt kind, not a relation as typed.
 void refuseMisspeltKind(std::vector<std::string> const &words);
 
 // Every parameter of the relation, given or defaulted, in declaration order.
