@@ -19,8 +19,9 @@ struct PlotOptions {
     WindowOptions window;
     std::string output, format, scale = "4";
     std::string width; // of the text picture, in characters
-    std::string title; // written under a PNG picture
+    std::string title; // written under a PNG or SVG picture, over a text one
     bool noAxes = false;
+    bool smooth = false; // SVG stretches rounded off rather than pixel for pixel
 };
 void runPlot(PlotOptions const &o);
 

@@ -6,6 +6,7 @@
 #include "Image.h"
 #include "Kinds.h"
 #include "Output.h"
+#include "PlotFormats.h"
 #include "Png.h"
 #include "Render.h"
 #include "Words.h"
@@ -47,6 +48,7 @@ struct Entry {
     KindEntry const *kind;
     std::string arguments; // as the user would type them
     std::string file;
+    Picture picture;
     Image image;
 };
 
@@ -66,7 +68,7 @@ void runGallery(GalleryOptions const &o) {
         picture.window = w;
         if (kind.name == "sketch") writeOutput(folder + "/" + sampleSketchFile, sampleSketch());
         picture.curves.push_back(drawRelation(parseRelation(words), w));
-        entries.push_back(Entry{&kind, typed, kind.name + ".png", renderPicture(picture)});
+        entries.push_back(Entry{&kind, typed, kind.name + ".png", picture, renderPicture(picture)});
     }
 
     int tileWidth = w.columns * tileScale, tileHeight = labelHeight + w.rows * tileScale;
@@ -75,7 +77,8 @@ void runGallery(GalleryOptions const &o) {
                 Background);
     for (std::size_t i = 0; i < entries.size(); ++i) {
         Entry const &e = entries[i];
-        writeOutput(folder + "/" + e.file, encodePng(e.image, 4));
+        // As `evalg plot` draws it, numbers included; the sheet shows the bare window.
+        writeOutput(folder + "/" + e.file, plotPng(e.picture, 4));
         int x = tileMargin + int(i % sheetColumns) * (tileWidth + tileMargin);
         int y = tileMargin + int(i / sheetColumns) * (tileHeight + tileMargin);
         // Labels are cut at the tile's edge rather than run into the next one.

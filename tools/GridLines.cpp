@@ -29,7 +29,7 @@ std::vector<GridLine> lines(double lo, double hi, int pixels, PixelOf pixelOf) {
     for (int i = 0; i <= pixels && first + i <= last; ++i) {
         double value = (first + i) * step;
         int pixel = 0;
-        if (pixelOf(value, pixel)) out.push_back(GridLine{pixel, value, first + i == 0});
+        if (pixelOf(value, pixel)) out.push_back(GridLine{pixel, value, first + i == 0, step, first + i});
     }
     return out;
 }

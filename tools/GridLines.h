@@ -13,6 +13,8 @@ struct GridLine {
     int pixel;
     double value;
     bool axis;
+    double step;     // between neighbouring lines
+    double multiple; // value / step, a whole number
 };
 
 // Lines at multiples of the smallest of 1, 2 and 5 times a power of ten that

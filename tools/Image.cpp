@@ -80,17 +80,9 @@ void Image::set(int x, int y, std::uint8_t colour) {
 }
 
 void Image::line(int x0, int y0, int x1, int y1, std::uint8_t colour) {
-    // 64-bit error terms: the ends may lie anywhere a 32-bit point can.
-    long long dx = std::llabs((long long)x1 - x0), dy = -std::llabs((long long)y1 - y0);
-    long long sx = x0 < x1 ? 1 : -1, sy = y0 < y1 ? 1 : -1;
-    long long err = dx + dy, x = x0, y = y0;
-    while (true) {
+    linePixels(x0, y0, x1, y1, [&](long long x, long long y) {
         if (x >= 0 && y >= 0 && x < width_ && y < height_) set(int(x), int(y), colour);
-        if (x == x1 && y == y1) break;
-        long long e2 = 2 * err;
-        if (e2 >= dy) err += dy, x += sx;
-        if (e2 <= dx) err += dx, y += sy;
-    }
+    });
 }
 
 void Image::paste(Image const &source, int x, int y, int scale) {

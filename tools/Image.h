@@ -32,6 +32,23 @@ bool isUndecidedShade(std::uint8_t index);
 // relation over its undecided shade over the axes and labels over the grid.
 int prominence(std::uint8_t index);
 
+// Calls visit(x, y) for every pixel of the straight line from one pixel to
+// the other, both ends included, in order (Bresenham). 64-bit error terms:
+// the ends may lie anywhere a 32-bit point can.
+template <class Visit>
+void linePixels(long long x0, long long y0, long long x1, long long y1, Visit visit) {
+    long long dx = x1 > x0 ? x1 - x0 : x0 - x1, dy = -(y1 > y0 ? y1 - y0 : y0 - y1);
+    long long sx = x0 < x1 ? 1 : -1, sy = y0 < y1 ? 1 : -1;
+    long long err = dx + dy, x = x0, y = y0;
+    while (true) {
+        visit(x, y);
+        if (x == x1 && y == y1) break;
+        long long e2 = 2 * err;
+        if (e2 >= dy) err += dy, x += sx;
+        if (e2 <= dx) err += dx, y += sy;
+    }
+}
+
 // A paletted picture, one byte per pixel, row 0 at the top. Drawing outside
 // it is clipped.
 class Image {

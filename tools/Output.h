@@ -22,6 +22,23 @@ Format chooseFormat(std::string const &option, std::string const &path, std::vec
 // standard output already is (/dev/stdout, /dev/fd/1, the terminal's device).
 bool isStandardOutput(std::string const &path);
 
+// Where a format's bytes go as it makes them, so that a large output is
+// never held whole.
+class ByteSink {
+public:
+    virtual ~ByteSink() = default;
+    virtual void write(char const *data, std::size_t size) = 0;
+    void write(std::string const &data) { write(data.data(), data.size()); }
+};
+
+// Bytes kept in memory: for the tests, and for formats made whole anyway.
+class StringSink : public ByteSink {
+public:
+    using ByteSink::write;
+    void write(char const *data, std::size_t size) override { text.append(data, size); }
+    std::string text;
+};
+
 // Where an output goes, opened before the first byte and finished by
 // commit(). A regular file (or a link to one, or a name that does not exist
 // yet) is written to a temporary file beside it and renamed over it on
@@ -31,15 +48,15 @@ bool isStandardOutput(std::string const &path);
 // standard output already is, such as /dev/stdout), a FIFO, a character
 // device, or a link to one of them; replacing those would turn a device into
 // a plain file. Every failure, a full disk included, throws OutputError.
-class OutputFile {
+class OutputFile : public ByteSink {
 public:
     explicit OutputFile(std::string const &path);
     ~OutputFile();
     OutputFile(OutputFile const &) = delete;
     OutputFile &operator=(OutputFile const &) = delete;
 
-    void write(char const *data, std::size_t size);
-    void write(std::string const &data) { write(data.data(), data.size()); }
+    using ByteSink::write;
+    void write(char const *data, std::size_t size) override;
     void commit();
 
 private:

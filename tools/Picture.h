@@ -80,6 +80,36 @@ std::vector<ShadedPiece> shadedPieces(Stroke const &stroke);
 
 bool isUndecided(PixelPoint const &p);
 
+// One row run of a pixel-run drawing: columns first .. last of a screen row.
+struct PixelRun {
+    std::int32_t row;
+    std::int32_t first;
+    std::int32_t last;
+    bool undecided;
+    std::int64_t length() const { return std::int64_t(last) - first + 1; }
+};
+
+// The runs of a drawing whose points are pixel runs: a run goes from a point
+// marked FIRST_VISIBLE to the next marked LAST_VISIBLE (the same point for a
+// run of one pixel). A point that does not pair up that way, or whose partner
+// lies on another row, is a run of its own pixel.
+std::vector<PixelRun> rowRuns(std::vector<PixelPoint> const &points);
+
+// A pixel-run drawing as the pictures draw it: the inside of a region (the
+// pixels with a drawn pixel of the same drawing, or the window's edge, on all
+// four sides), shaded every other pixel under the grid and axes so that they
+// and other regions still show through it, and the rest (a region's edge, an
+// implicit curve's pixels), drawn solid over them.
+struct RunLayers {
+    std::vector<PixelRun> inside;
+    std::vector<PixelRun> edge;
+};
+RunLayers runLayers(std::vector<PixelRun> runs, Window const &w);
+
+// The pixels a drawing shows: every pixel of every run for a pixel-run
+// drawing, else its points.
+std::uint64_t pixelCount(Drawing const &d);
+
 } // namespace evalgtool
 
 #endif

@@ -62,15 +62,14 @@ void runPlot(PlotOptions const &o) {
     picture.title = o.title;
     for (RelationRequest const &request : requests) picture.curves.push_back(drawRelation(request, w));
 
-    std::string data;
-    switch (format) {
-    case Format::Png: data = plotPng(picture, scale); break;
-    case Format::Svg: data = plotSvg(picture, scale); break;
-    case Format::Json: data = plotJson(picture); break;
-    case Format::Csv: data = plotCsv(picture); break;
-    case Format::Text: data = plotText(picture, toTerminal && !std::getenv("NO_COLOR"), width); break;
-    }
-    writeOutput(o.output, data);
+    PlotStyle style;
+    style.scale = scale;
+    style.smooth = o.smooth;
+    style.colour = toTerminal && !std::getenv("NO_COLOR");
+    style.width = width;
+    OutputFile out(o.output);
+    writePlot(picture, format, style, out);
+    out.commit();
 }
 
 } // namespace evalgtool

@@ -1,6 +1,9 @@
 #include "PlotFormats.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -9,6 +12,7 @@
 #include "GridLines.h"
 #include "Image.h"
 #include "Numbers.h"
+#include "PictureFrame.h"
 #include "Png.h"
 #include "Render.h"
 
@@ -16,10 +20,6 @@ namespace evalgtool {
 
 using qelt::mathapp::ds::PixelPointC;
 using Json = nlohmann::ordered_json;
-
-namespace {
-
-} // namespace
 
 Json parametersJson(std::vector<ParamValue> const &parameters) {
     Json out = Json::object();
@@ -84,50 +84,226 @@ std::string ansiColour(std::uint8_t colour) {
 
 } // namespace
 
-std::string plotJson(Picture const &picture) {
+namespace {
+
+// "[12,-3,1]": the JSON of three integers, written without a JSON value.
+void writeTriple(ByteSink &out, long long a, long long b, long long c, bool comma) {
+    char buffer[80];
+    int n = std::snprintf(buffer, sizeof buffer, "%s\n   [%lld,%lld,%lld]", comma ? "," : "", a, b, c);
+    out.write(buffer, std::size_t(n));
+}
+
+} // namespace
+
+void writePlotJson(Picture const &picture, ByteSink &out) {
     Window const &w = picture.window;
-    Json out;
-    out["window"] = {{"xmin", w.xMin}, {"xmax", w.xMax}, {"ymin", w.yMin},
-                     {"ymax", w.yMax}, {"columns", w.columns}, {"rows", w.rows}};
-    out["markers"] = {{"FIRST_VISIBLE", PixelPointC::FIRST_VISIBLE},
-                      {"LAST_VISIBLE", PixelPointC::LAST_VISIBLE},
-                      {"UNDECIDED", PixelPointC::UNDECIDED}};
-    out["relations"] = Json::array();
-    for (Curve const &c : picture.curves) {
-        Json points = Json::array();
-        for (PixelPoint const &p : c.drawing.points) points.push_back({p.column, p.row, p.markers});
-        out["relations"].push_back({{"label", c.label},
-                                    {"kind", c.kind},
-                                    {"parameters", parametersJson(c.parameters)},
-                                    {"evaluator", c.drawing.evaluator},
-                                    {"points", points}});
+    // Everything but the points is made before the first byte goes out, so
+    // a label that cannot be written as JSON fails with nothing written.
+    Json window = {{"xmin", w.xMin}, {"xmax", w.xMax}, {"ymin", w.yMin},
+                   {"ymax", w.yMax}, {"columns", w.columns}, {"rows", w.rows}};
+    Json markers = {{"FIRST_VISIBLE", PixelPointC::FIRST_VISIBLE},
+                    {"LAST_VISIBLE", PixelPointC::LAST_VISIBLE},
+                    {"UNDECIDED", PixelPointC::UNDECIDED}};
+    std::vector<std::string> heads;
+    for (Curve const &c : picture.curves)
+        heads.push_back("\n  {\n   \"label\": " + Json(c.label).dump() + ",\n   \"kind\": " + Json(c.kind).dump() +
+                        ",\n   \"parameters\": " + parametersJson(c.parameters).dump() +
+                        ",\n   \"evaluator\": " + Json(c.drawing.evaluator).dump() + ",\n   \"" +
+                        (c.drawing.pixelRuns ? "pixels" : "points") + "\": [");
+    out.write("{\n \"window\": " + window.dump() + ",\n \"markers\": " + markers.dump() + ",\n \"relations\": [");
+    for (std::size_t i = 0; i < picture.curves.size(); ++i) {
+        Drawing const &d = picture.curves[i].drawing;
+        out.write((i ? "," : "") + heads[i]);
+        bool comma = false;
+        if (d.pixelRuns) {
+            for (PixelRun const &r : rowRuns(d.points))
+                for (long long x = r.first; x <= r.last; ++x, comma = true)
+                    writeTriple(out, x, r.row, r.undecided ? 0 : 1, comma);
+        } else {
+            for (PixelPoint const &p : d.points) {
+                writeTriple(out, p.column, p.row, p.markers, comma);
+                comma = true;
+            }
+        }
+        out.write(comma ? "\n   ]\n  }" : "]\n  }");
     }
-    return out.dump(1) + "\n";
+    out.write(picture.curves.empty() ? "]\n}\n" : "\n ]\n}\n");
+}
+
+std::string plotJson(Picture const &picture) {
+    StringSink out;
+    writePlotJson(picture, out);
+    return out.text;
+}
+
+namespace {
+
+void writeCsvLine(ByteSink &out, std::size_t relation, std::string const &kind, std::uint64_t n, long long column,
+                  long long row, unsigned markers, char const *proven) {
+    char buffer[160];
+    int length = std::snprintf(buffer, sizeof buffer, ",%llu,%lld,%lld,%u,%d,%d,%d,%s\n", (unsigned long long)n,
+                               column, row, markers, (markers & PixelPointC::FIRST_VISIBLE) ? 1 : 0,
+                               (markers & PixelPointC::LAST_VISIBLE) ? 1 : 0, (markers & PixelPointC::UNDECIDED) ? 1 : 0,
+                               proven);
+    out.write(std::to_string(relation) + ',' + kind);
+    out.write(buffer, std::size_t(length));
+}
+
+} // namespace
+
+void writePlotCsv(Picture const &picture, ByteSink &out) {
+    out.write("relation,kind,point,column,row,markers,first_visible,last_visible,undecided,proven\n");
+    for (std::size_t i = 0; i < picture.curves.size(); ++i) {
+        Curve const &c = picture.curves[i];
+        std::string kind = csvField(c.kind);
+        std::uint64_t n = 0;
+        if (!c.drawing.pixelRuns) {
+            for (PixelPoint const &p : c.drawing.points) writeCsvLine(out, i + 1, kind, n++, p.column, p.row, p.markers, "");
+            continue;
+        }
+        // Every pixel of a run, its ends carrying the run's markers.
+        for (PixelRun const &r : rowRuns(c.drawing.points))
+            for (long long x = r.first; x <= r.last; ++x) {
+                unsigned markers = (r.undecided ? PixelPointC::UNDECIDED : 0) |
+                                   (x == r.first ? PixelPointC::FIRST_VISIBLE : 0) |
+                                   (x == r.last ? PixelPointC::LAST_VISIBLE : 0);
+                writeCsvLine(out, i + 1, kind, n++, x, r.row, markers, r.undecided ? "0" : "1");
+            }
+    }
 }
 
 std::string plotCsv(Picture const &picture) {
-    std::ostringstream out;
-    out << "relation,kind,point,column,row,markers,first_visible,last_visible,undecided\n";
-    for (std::size_t i = 0; i < picture.curves.size(); ++i) {
-        Curve const &c = picture.curves[i];
-        for (std::size_t j = 0; j < c.drawing.points.size(); ++j) {
-            PixelPoint const &p = c.drawing.points[j];
-            out << i + 1 << ',' << csvField(c.kind) << ',' << j << ',' << p.column << ',' << p.row << ','
-                << unsigned(p.markers) << ',' << ((p.markers & PixelPointC::FIRST_VISIBLE) ? 1 : 0) << ','
-                << ((p.markers & PixelPointC::LAST_VISIBLE) ? 1 : 0) << ','
-                << ((p.markers & PixelPointC::UNDECIDED) ? 1 : 0) << '\n';
-        }
-    }
-    return out.str();
+    StringSink out;
+    writePlotCsv(picture, out);
+    return out.text;
 }
 
-std::string plotSvg(Picture const &picture, int scale) {
+namespace {
+
+struct Point2 {
+    double x, y;
+};
+
+// The pixel centres a stretch passes through, one pixel apart, as the PNG
+// draws them.
+std::vector<Point2> pixelChain(std::vector<PixelPoint> const &points) {
+    std::vector<Point2> out;
+    auto add = [&](long long x, long long y) {
+        Point2 p{double(x) + 0.5, double(y) + 0.5};
+        if (out.empty() || out.back().x != p.x || out.back().y != p.y) out.push_back(p);
+    };
+    if (!points.empty()) add(points[0].column, points[0].row);
+    for (std::size_t j = 1; j < points.size(); ++j)
+        linePixels(points[j - 1].column, points[j - 1].row, points[j].column, points[j].row, add);
+    return out;
+}
+
+// The chain with its staircase rounded off. Each step of a staircase (the
+// pixels of one column, or of one row, in a row) is replaced by its middle,
+// through which the curve it rasterises passes; the ends stay. The middles
+// are then each averaged with their neighbours, and every point dropped that
+// lies within a fifth of a pixel of the line between the ones kept
+// (Douglas-Peucker).
+std::vector<Point2> smoothed(std::vector<Point2> const &chain) {
+    if (chain.size() < 3) return chain;
+    std::vector<Point2> middles{chain.front()};
+    for (std::size_t i = 0; i < chain.size();) {
+        std::size_t j = i + 1;
+        bool column = j < chain.size() && chain[j].x == chain[i].x, row = j < chain.size() && chain[j].y == chain[i].y;
+        while (j < chain.size() && ((column && chain[j].x == chain[i].x) || (row && chain[j].y == chain[i].y))) ++j;
+        double x = 0, y = 0;
+        for (std::size_t k = i; k < j; ++k) x += chain[k].x, y += chain[k].y;
+        middles.push_back(Point2{x / double(j - i), y / double(j - i)});
+        i = j;
+    }
+    middles.push_back(chain.back());
+    std::size_t const n = middles.size();
+    std::vector<Point2> mean(middles);
+    for (std::size_t i = 1; i + 1 < n; ++i)
+        mean[i] = Point2{(middles[i - 1].x + 2 * middles[i].x + middles[i + 1].x) / 4,
+                         (middles[i - 1].y + 2 * middles[i].y + middles[i + 1].y) / 4};
+    std::vector<bool> keep(n, false);
+    keep[0] = keep[n - 1] = true;
+    std::vector<std::pair<std::size_t, std::size_t>> pending{{0, n - 1}};
+    while (!pending.empty()) {
+        auto [a, b] = pending.back();
+        pending.pop_back();
+        double dx = mean[b].x - mean[a].x, dy = mean[b].y - mean[a].y, length = std::hypot(dx, dy);
+        double worst = 0;
+        std::size_t at = a;
+        for (std::size_t i = a + 1; i < b; ++i) {
+            double ex = mean[i].x - mean[a].x, ey = mean[i].y - mean[a].y;
+            double d = length > 0 ? std::fabs(ex * dy - ey * dx) / length : std::hypot(ex, ey);
+            if (d > worst) worst = d, at = i;
+        }
+        if (worst > 0.2) {
+            keep[at] = true;
+            pending.push_back({a, at});
+            pending.push_back({at, b});
+        }
+    }
+    std::vector<Point2> out;
+    for (std::size_t i = 0; i < n; ++i)
+        if (keep[i]) out.push_back(mean[i]);
+    return out;
+}
+
+// Stretches that end and start on neighbouring pixels (a circle's arcs, a
+// span and the next) as one, so that rounding each off leaves no notch
+// where they meet; the pixels drawn are the same.
+std::vector<Stroke> touchingJoined(std::vector<Stroke> const &strokes) {
+    std::vector<Stroke> out;
+    for (Stroke const &s : strokes) {
+        if (!out.empty() && !s.empty() && std::labs(long(s[0].column) - out.back().back().column) <= 1 &&
+            std::labs(long(s[0].row) - out.back().back().row) <= 1)
+            out.back().insert(out.back().end(), s.begin(), s.end());
+        else
+            out.push_back(s);
+    }
+    return out;
+}
+
+std::string coordinate(double v) {
+    char buffer[32];
+    std::snprintf(buffer, sizeof buffer, "%.2f", v);
+    std::string s = buffer;
+    while (s.back() == '0') s.pop_back();
+    if (s.back() == '.') s.pop_back();
+    return s;
+}
+
+void svgRuns(std::ostringstream &out, std::vector<PixelRun> const &runs, std::string const &light) {
+    for (PixelRun const &r : runs)
+        out << "<rect x=\"" << r.first << "\" y=\"" << r.row << "\" width=\"" << r.length() << "\" height=\"1\""
+            << (r.undecided ? " fill=\"" + light + "\"" : std::string()) << "/>\n";
+}
+
+void svgText(std::ostringstream &out, int x, int baseline, std::string const &text, PictureFrame const &f) {
+    out << "<text x=\"" << x << "\" y=\"" << baseline << "\" font-size=\"" << 10 * f.font << "\">" << xmlEscape(text)
+        << "</text>\n";
+}
+
+} // namespace
+
+std::string plotSvg(Picture const &picture, int scale, bool smooth) {
     Window const &w = picture.window;
+    PictureFrame const f = frameOf(picture, scale);
     std::ostringstream out;
-    out << "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" << long(w.columns) * scale << "\" height=\""
-        << long(w.rows) * scale << "\" viewBox=\"0 0 " << w.columns << ' ' << w.rows << "\">\n"
-        << "<rect width=\"" << w.columns << "\" height=\"" << w.rows << "\" fill=\"" << hexColour(Background)
+    out << "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" << f.width << "\" height=\"" << f.height
+        << "\" viewBox=\"0 0 " << f.width << ' ' << f.height << "\">\n"
+        << "<rect width=\"" << f.width << "\" height=\"" << f.height << "\" fill=\"" << hexColour(Background)
         << "\"/>\n";
+    // The window in its own pixels: one unit a pixel.
+    out << "<g transform=\"scale(" << scale << ")\">\n";
+    std::vector<RunLayers> layers(picture.curves.size());
+    for (std::size_t i = 0; i < picture.curves.size(); ++i)
+        if (picture.curves[i].drawing.pixelRuns) {
+            layers[i] = runLayers(rowRuns(picture.curves[i].drawing.points), w);
+            // Half opaque, as the PNG shades every other pixel.
+            out << "<g fill=\"" << hexColour(curveColour(i)) << "\" fill-opacity=\"0.5\">\n";
+            svgRuns(out, layers[i].inside, hexColour(undecidedShade(curveColour(i))));
+            out << "</g>\n";
+        }
     if (picture.axes) {
         // Lines through pixel centres, as the PNG draws them.
         for (bool axes : {false, true}) {
@@ -145,22 +321,37 @@ std::string plotSvg(Picture const &picture, int scale) {
     }
     out << "<clipPath id=\"grid\"><rect width=\"" << w.columns << "\" height=\"" << w.rows
         << "\"/></clipPath>\n<g clip-path=\"url(#grid)\" fill=\"none\" stroke-width=\"1\" "
-           "stroke-linecap=\"square\" stroke-linejoin=\"round\">\n";
+        << (smooth ? "stroke-linecap=\"round\"" : "stroke-linecap=\"square\"") << " stroke-linejoin=\"round\">\n";
     for (std::size_t i = 0; i < picture.curves.size(); ++i) {
         Curve const &c = picture.curves[i];
         out << "<g stroke=\"" << hexColour(curveColour(i)) << "\"><title>" << xmlEscape(c.label) << " ("
             << c.drawing.evaluator << ")</title>\n";
         std::string light = hexColour(undecidedShade(curveColour(i)));
-        for (Stroke const &stroke : c.drawing.strokes) {
+        if (c.drawing.pixelRuns) {
+            out << "<g fill=\"" << hexColour(curveColour(i)) << "\" stroke=\"none\">\n";
+            svgRuns(out, layers[i].edge, light);
+            out << "</g>\n</g>\n";
+            continue;
+        }
+        for (Stroke const &stroke : smooth ? touchingJoined(c.drawing.strokes) : c.drawing.strokes) {
             for (ShadedPiece const &piece : shadedPieces(stroke)) {
                 std::vector<PixelPoint> const &s = piece.points;
                 out << "<polyline " << (piece.undecided ? "stroke=\"" + light + "\" " : "") << "points=\"";
+                if (smooth) {
+                    std::vector<Point2> line = smoothed(pixelChain(s));
+                    for (std::size_t j = 0; j < line.size(); ++j)
+                        out << (j ? " " : "") << coordinate(line[j].x) << ',' << coordinate(line[j].y);
+                    if (line.size() == 1) out << ' ' << coordinate(line[0].x) << ',' << coordinate(line[0].y);
+                    out << "\"/>\n";
+                    continue;
+                }
                 for (std::size_t j = 0; j < s.size(); ++j)
                     out << (j ? " " : "") << s[j].column + 0.5 << ',' << s[j].row + 0.5;
                 // A lone point repeated: a zero-length line with square caps shows as its pixel.
                 if (s.size() == 1) out << ' ' << s[0].column + 0.5 << ',' << s[0].row + 0.5;
                 out << "\"/>\n";
             }
+            if (smooth) continue;
             // An undecided point shows light even where a decided segment ends on it.
             for (PixelPoint const &p : stroke)
                 if (isUndecided(p))
@@ -168,6 +359,36 @@ std::string plotSvg(Picture const &picture, int scale) {
                         << light << "\" stroke=\"none\"/>\n";
         }
         out << "</g>\n";
+    }
+    out << "</g>\n</g>\n";
+    // Around the window, in picture pixels: ticks and numbers, title, legend.
+    int const gap = 2 * f.font, capitals = (glyphHeight - 1) * f.font;
+    if (!f.xLabels.empty() || !f.yLabels.empty()) {
+        out << "<g stroke=\"" << hexColour(AxisColour) << "\" stroke-width=\"" << f.font << "\">\n";
+        for (AxisLabel const &l : f.xLabels) {
+            double x = (l.pixel + 0.5) * scale;
+            out << "<line x1=\"" << x << "\" y1=\"" << f.plotHeight << "\" x2=\"" << x << "\" y2=\""
+                << f.plotHeight + f.tick << "\"/>\n";
+        }
+        for (AxisLabel const &l : f.yLabels) {
+            double y = (l.pixel + 0.5) * scale;
+            out << "<line x1=\"" << f.plotWidth << "\" y1=\"" << y << "\" x2=\"" << f.plotWidth + f.tick
+                << "\" y2=\"" << y << "\"/>\n";
+        }
+        out << "</g>\n";
+    }
+    out << "<g font-family=\"monospace\" fill=\"" << hexColour(Ink) << "\">\n";
+    for (AxisLabel const &l : f.xLabels) svgText(out, l.at, f.plotHeight + f.tick + gap + capitals, l.text, f);
+    for (AxisLabel const &l : f.yLabels) svgText(out, f.plotWidth + f.tick + gap, l.at + capitals, l.text, f);
+    int y = f.textTop;
+    if (f.title) {
+        svgText(out, f.margin, y + capitals, picture.title, f);
+        y += f.lineHeight;
+    }
+    for (std::size_t i = 0; i < f.legend; ++i, y += f.lineHeight) {
+        out << "<rect x=\"" << f.margin << "\" y=\"" << y + 3 * f.font << "\" width=\"" << 12 * f.font
+            << "\" height=\"" << 2 * f.font << "\" fill=\"" << hexColour(curveColour(i)) << "\"/>\n";
+        svgText(out, f.margin + 16 * f.font, y + capitals, picture.curves[i].label, f);
     }
     out << "</g>\n</svg>\n";
     return out.str();
@@ -189,7 +410,7 @@ std::string plotText(Picture const &picture, bool colour, int width) {
                 if (prominence(image.at(int(x), int(y))) > prominence(best)) best = image.at(int(x), int(y));
         return best;
     };
-    std::string out;
+    std::string out = picture.title.empty() ? std::string() : picture.title + "\n";
     for (long long cy = 0; cy < dotsY; cy += 4) {
         std::uint8_t current = Background;
         for (long long cx = 0; cx < dotsX; cx += 2) {
@@ -217,8 +438,8 @@ std::string plotText(Picture const &picture, bool colour, int width) {
            formatNumber(w.yMax) + ", " + std::to_string(w.columns) + "x" + std::to_string(w.rows) + " pixels\n";
     for (std::size_t i = 0; i < picture.curves.size(); ++i) {
         Curve const &c = picture.curves[i];
-        std::string line = c.label + "  (" + c.drawing.evaluator + ", " + std::to_string(c.drawing.points.size()) +
-                           " points)";
+        std::string line = c.label + "  (" + c.drawing.evaluator + ", " + std::to_string(pixelCount(c.drawing)) +
+                           (c.drawing.pixelRuns ? " pixels)" : " points)");
         if (colour) line = ansiColour(curveColour(i)) + line + "\x1b[0m";
         out += line + "\n";
     }
@@ -227,27 +448,46 @@ std::string plotText(Picture const &picture, bool colour, int width) {
 
 std::string plotPng(Picture const &picture, int scale) {
     Image plot = renderPicture(picture);
-    std::size_t legend = picture.curves.size() > 1 ? picture.curves.size() : 0;
-    std::size_t lines = legend + (picture.title.empty() ? 0 : 1);
-    if (lines == 0) return encodePng(plot, scale);
-    // Below the window, so the window's pixels keep their place: the title,
-    // then a swatch and the label of each relation.
-    int font = scale >= 3 ? 2 : 1, lineHeight = (glyphHeight + 3) * font, margin = 4;
-    int width = plot.width() * scale, top = plot.height() * scale;
-    Image out(width, top + margin + int(lines) * lineHeight, Background);
+    PictureFrame const f = frameOf(picture, scale);
+    if (f.width == f.plotWidth && f.height == f.plotHeight) return encodePng(plot, scale);
+    // Around the window, so the window's pixels keep their place: the numbers
+    // right of it and below it, then the title, then a swatch and the label
+    // of each relation.
+    Image out(f.width, f.height, Background);
     out.paste(plot, 0, 0, scale);
-    int y = top + margin;
-    if (!picture.title.empty()) {
-        out.text(margin, y, picture.title, Ink, font);
-        y += lineHeight;
+    int const gap = 2 * f.font;
+    for (AxisLabel const &l : f.xLabels) {
+        int x = l.pixel * scale + scale / 2;
+        for (int t = 0; t < f.font; ++t) out.line(x + t - f.font / 2, f.plotHeight, x + t - f.font / 2, f.plotHeight + f.tick - 1, AxisColour);
+        out.text(l.at, f.plotHeight + f.tick + gap, l.text, Ink, f.font);
     }
-    for (std::size_t i = 0; i < legend; ++i) {
-        for (int t = 0; t < 2 * font; ++t)
-            out.line(margin, y + 3 * font + t, margin + 12 * font, y + 3 * font + t, curveColour(i));
-        out.text(margin + 16 * font, y, picture.curves[i].label, Ink, font);
-        y += lineHeight;
+    for (AxisLabel const &l : f.yLabels) {
+        int y = l.pixel * scale + scale / 2;
+        for (int t = 0; t < f.font; ++t) out.line(f.plotWidth, y + t - f.font / 2, f.plotWidth + f.tick - 1, y + t - f.font / 2, AxisColour);
+        out.text(f.plotWidth + f.tick + gap, l.at, l.text, Ink, f.font);
+    }
+    int y = f.textTop;
+    if (f.title) {
+        out.text(f.margin, y, picture.title, Ink, f.font);
+        y += f.lineHeight;
+    }
+    for (std::size_t i = 0; i < f.legend; ++i) {
+        for (int t = 0; t < 2 * f.font; ++t)
+            out.line(f.margin, y + 3 * f.font + t, f.margin + 12 * f.font, y + 3 * f.font + t, curveColour(i));
+        out.text(f.margin + 16 * f.font, y, picture.curves[i].label, Ink, f.font);
+        y += f.lineHeight;
     }
     return encodePng(out, 1);
+}
+
+void writePlot(Picture const &picture, Format format, PlotStyle const &style, ByteSink &out) {
+    switch (format) {
+    case Format::Png: out.write(plotPng(picture, style.scale)); break;
+    case Format::Svg: out.write(plotSvg(picture, style.scale, style.smooth)); break;
+    case Format::Json: writePlotJson(picture, out); break;
+    case Format::Csv: writePlotCsv(picture, out); break;
+    case Format::Text: out.write(plotText(picture, style.colour, style.width)); break;
+    }
 }
 
 } // namespace evalgtool

@@ -4,9 +4,34 @@
 
 namespace evalgtool {
 
+namespace {
+
+// every: 1 for every pixel, 2 for every other one, those whose column and
+// row add up to an even number plus offset (a checkerboard, so that a region
+// shades the pixels under it rather than hiding them, and two regions one
+// after the other take turns).
+void fillRuns(Image &image, std::vector<PixelRun> const &runs, std::uint8_t colour, int every, int offset) {
+    for (PixelRun const &r : runs) {
+        std::uint8_t shade = r.undecided ? undecidedShade(colour) : colour;
+        // Clipped first, so a run reaching far outside costs nothing.
+        if (r.row < 0 || r.row >= image.height() || r.last < 0 || r.first >= image.width()) continue;
+        int first = r.first < 0 ? 0 : int(r.first), last = r.last >= image.width() ? image.width() - 1 : int(r.last);
+        for (int x = first; x <= last; ++x)
+            if ((x + int(r.row) + offset) % every == 0) image.set(x, int(r.row), shade);
+    }
+}
+
+} // namespace
+
 Image renderPicture(Picture const &picture) {
     Window const &w = picture.window;
     Image image(w.columns, w.rows, Background);
+    std::vector<RunLayers> layers(picture.curves.size());
+    for (std::size_t i = 0; i < picture.curves.size(); ++i)
+        if (picture.curves[i].drawing.pixelRuns) {
+            layers[i] = runLayers(rowRuns(picture.curves[i].drawing.points), w);
+            fillRuns(image, layers[i].inside, curveColour(i), 2, int(i % 2));
+        }
     if (picture.axes) {
         std::vector<GridLine> vertical = verticalGridLines(w), horizontal = horizontalGridLines(w);
         // Grid first and axes after, so an axis is never cut by a grid line.
@@ -19,6 +44,10 @@ Image renderPicture(Picture const &picture) {
     }
     for (std::size_t i = 0; i < picture.curves.size(); ++i) {
         std::uint8_t colour = curveColour(i);
+        if (picture.curves[i].drawing.pixelRuns) {
+            fillRuns(image, layers[i].edge, colour, 1, 0);
+            continue;
+        }
         for (Stroke const &s : picture.curves[i].drawing.strokes) {
             for (ShadedPiece const &piece : shadedPieces(s)) {
                 std::uint8_t shade = piece.undecided ? undecidedShade(colour) : colour;

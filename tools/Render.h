@@ -6,9 +6,10 @@
 
 namespace evalgtool {
 
-// The picture at one image pixel per graph pixel: the light grid and the axes
-// (unless turned off), then each relation's visible stretches in its colour,
-// later relations over earlier ones.
+// The picture at one image pixel per graph pixel: the inside of every region,
+// then the light grid and the axes (unless turned off), then each relation's
+// visible stretches (or its pixel runs' edge pixels) in its colour, later
+// relations over earlier ones.
 Image renderPicture(Picture const &picture);
 
 } // namespace evalgtool

@@ -82,7 +82,8 @@ int main(int argc, char **argv) {
     plotCommand->add_option("--scale", plot.scale, "S: each pixel drawn S x S in PNG and SVG, 1 to 64")
         ->default_str("4");
     plotCommand->add_flag("--no-axes", plot.noAxes, "leave out the axes, the grid and their numbers");
-    plotCommand->add_option("--title", plot.title, "TEXT: a title under the PNG picture");
+    plotCommand->add_option("--title", plot.title, "TEXT: a title under the PNG or SVG picture, over the text one");
+    plotCommand->add_flag("--smooth", plot.smooth, "SVG: each stretch a smooth line rather than its pixels");
     plotCommand->add_option("--width", plot.width,
                             "N: the text picture's width in characters; default the terminal's, else 80");
     plotCommand->footer(kindsHelp());

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
+#include <nlohmann/json.hpp>
 #include <unistd.h>
 
 #include "ToolRun.h"
@@ -125,11 +126,14 @@ TEST(OutputPlaces, DevicesAreWrittenInPlaceAndAFullOneFails) {
     if (!makeDevices(f)) GTEST_SKIP() << "mknod needs root and a folder that allows devices";
     Result r = f.evalg(with(plot, {"-o", "null"}));
     EXPECT_EQ(r.status, 0) << r.err;
-    for (char const *full : {"full", "to-full"}) {
-        r = f.evalg(with(plot, {"-o", full}));
-        EXPECT_EQ(r.status, 1) << full;
-        EXPECT_EQ(r.err, "evalg: cannot write '" + std::string(full) + "': No space left on device\n");
-    }
+    // JSON and CSV are streamed, many writes for a wide window: the first
+    // that fails ends the run the same way.
+    for (char const *full : {"full", "to-full"})
+        for (char const *format : {"text", "json", "csv"}) {
+            r = f.evalg({"plot", "sin", "a=40", "--size=20000x50", "--format", format, "-o", full});
+            EXPECT_EQ(r.status, 1) << full << " " << format;
+            EXPECT_EQ(r.err, "evalg: cannot write '" + std::string(full) + "': No space left on device\n");
+        }
     // Standard output itself full: the same failure, not a silent 0.
     r = f.evalg(plot, f.file("full"));
     EXPECT_EQ(r.status, 1);
@@ -149,6 +153,20 @@ TEST(OutputPlaces, AFolderIsRefused) {
     EXPECT_EQ(r.status, 1);
     EXPECT_NE(r.err.find("'dir': Is a directory"), std::string::npos) << r.err;
     EXPECT_TRUE(f.entries("dir").empty());
+}
+
+// A streamed JSON replaces a regular file whole, as a string did.
+TEST(OutputPlaces, AStreamedJsonReplacesAFileWhole) {
+    Folder f;
+    f.write("wide.json", "an earlier file");
+    ASSERT_EQ(f.evalg({"plot", "sin", "a=40", "--and", "cos", "--size", "30000x300", "-o", "wide.json"}).status, 0);
+    std::string text = f.read("wide.json");
+    EXPECT_GT(text.size(), std::size_t(1) << 20); // many buffers' worth
+    nlohmann::json doc = nlohmann::json::parse(text);
+    ASSERT_EQ(doc["relations"].size(), 2u);
+    EXPECT_EQ(doc["relations"][1]["label"], "cos");
+    EXPECT_GT(doc["relations"][0]["points"].size(), 30000u);
+    EXPECT_EQ(f.entries(), std::vector<std::string>{"wide.json"});
 }
 
 } // namespace

@@ -45,9 +45,9 @@ TEST(Undecided, DrawnInTheLighterShadeWherePointsAreUndecided) {
     EXPECT_EQ(image.at(5, 3), Background);
 
     std::string csv = plotCsv(p);
-    EXPECT_NE(csv.find("last_visible,undecided\n"), std::string::npos);
-    EXPECT_NE(csv.find("1,expr,5,5,4,7,1,1,1\n"), std::string::npos) << csv;
-    EXPECT_NE(csv.find("1,expr,1,3,1,0,0,0,0\n"), std::string::npos) << csv;
+    EXPECT_NE(csv.find("last_visible,undecided,proven\n"), std::string::npos);
+    EXPECT_NE(csv.find("1,expr,5,5,4,7,1,1,1,\n"), std::string::npos) << csv;
+    EXPECT_NE(csv.find("1,expr,1,3,1,0,0,0,0,\n"), std::string::npos) << csv;
 
     nlohmann::json doc = nlohmann::json::parse(plotJson(p));
     EXPECT_EQ(doc["markers"]["UNDECIDED"], 4);
