@@ -125,10 +125,14 @@
     lightenStroke();
   }
 
-  // A region or an implicit curve: each run, from its FIRST_VISIBLE point to
-  // its LAST_VISIBLE one on a row, filled; an undecided run in the light shade.
-  function drawRuns(points, markers, count, colour, C, R) {
-    const light = colour + CURVE_COLOURS;
+  // A region or an implicit curve, as the tool's pictures draw it: each run,
+  // from its FIRST_VISIBLE point to its LAST_VISIBLE one on a row, marked in
+  // a mask (1 decided, 2 undecided). A pixel whose four neighbours are marked
+  // too (or lie beyond the window) is inside: shaded on a checkerboard under
+  // the grid, so what lies beneath shows through, two regions in turn. Every
+  // other pixel is the edge, drawn solid over the grid.
+  function runMask(points, markers, count, C, R) {
+    const mask = new Uint8Array(C * R);
     let from = -1;
     for (let i = 0; i < count; ++i) {
       const m = markers[i];
@@ -138,10 +142,27 @@
       if (row >= 0 && row < R) {
         const c0 = Math.max(0, Math.min(points[2 * from], points[2 * i]));
         const c1 = Math.min(C - 1, Math.max(points[2 * from], points[2 * i]));
-        cells.fill((markers[from] & UNDECIDED) ? light : colour, row * C + c0, row * C + c1 + 1);
+        if (c0 <= c1) mask.fill((markers[from] & UNDECIDED) ? 2 : 1, row * C + c0, row * C + c1 + 1);
       }
       from = -1;
     }
+    return mask;
+  }
+
+  function insideRun(mask, x, y, C, R) {
+    const at = (u, v) => u < 0 || v < 0 || u >= C || v >= R || mask[v * C + u] !== 0;
+    return at(x - 1, y) && at(x + 1, y) && at(x, y - 1) && at(x, y + 1);
+  }
+
+  function drawRuns(mask, colour, inside, offset, C, R) {
+    const light = colour + CURVE_COLOURS;
+    for (let y = 0; y < R; ++y)
+      for (let x = 0; x < C; ++x) {
+        const m = mask[y * C + x];
+        if (!m || insideRun(mask, x, y, C, R) !== inside) continue;
+        if (inside && (x + y + offset) % 2 !== 0) continue;
+        cells[y * C + x] = m === 2 ? light : colour;
+      }
   }
 
   function drawGrid(w) {
@@ -168,8 +189,8 @@
     const w = state.win, S = state.scale, C = w.columns, R = w.rows;
     if (cells.length !== C * R) cells = new Uint8Array(C * R);
     else cells.fill(BACKGROUND);
-    drawGrid(w);
     let total = 0;
+    const shown = [];
     state.relations.forEach((r) => {
       r.count = 0;
       if (!r.ok || !r.on) return;
@@ -177,9 +198,18 @@
       if (r.count < 0) { r.count = 0; r.message.textContent = api.message(); }
       if (r.count <= 0) return;
       total += r.count;
-      (r.runs ? drawRuns : drawPoints)(int32View(api.points(r.slot), 2 * r.count),
-        uint8View(api.markers(r.slot), r.count), r.count, FIRST_CURVE + r.colour, C, R);
+      const points = int32View(api.points(r.slot), 2 * r.count), markers = uint8View(api.markers(r.slot), r.count);
+      const mask = r.runs ? runMask(points, markers, r.count, C, R) : null;
+      shown.push({ r, mask });
+      // Regions' insides first, under the grid.
+      if (mask) drawRuns(mask, FIRST_CURVE + r.colour, true, r.colour % 2, C, R);
     });
+    drawGrid(w);
+    for (const { r, mask } of shown) {
+      if (mask) drawRuns(mask, FIRST_CURVE + r.colour, false, 0, C, R);
+      else drawPoints(int32View(api.points(r.slot), 2 * r.count), uint8View(api.markers(r.slot), r.count), r.count,
+        FIRST_CURVE + r.colour, C, R);
+    }
     if (canvas.width !== C * S || canvas.height !== R * S || !image) {
       canvas.width = C * S;
       canvas.height = R * S;
