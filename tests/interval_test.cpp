@@ -154,6 +154,13 @@ TEST(Interval, ChosenEnclosures) {
         {"floor across 1", IntervalC::floor(IntervalC(0.5, 1.5)), 0, 1, false, false, true, 4},
         {"sign across 0", IntervalC::sign(IntervalC(-1, 1)), -1, 1, false, false, true, 4},
         {"flags carry", IntervalC::exp(IntervalC::sqrt(IntervalC(-1, 1))), 1, std::exp(1.0), false, true, false, 4},
+        // Exactly 0 where the function is: a step of it does not jump.
+        {"floor(atanh 0)", IntervalC::floor(IntervalC::atanh(IntervalC(0, 0))), 0, 0, false, false, false, 0},
+        {"floor(asinh 0)", IntervalC::floor(IntervalC::asinh(IntervalC(0, 0))), 0, 0, false, false, false, 0},
+        {"sign(cbrt 0)", IntervalC::sign(IntervalC::cbrt(IntervalC(0, 0))), 0, 0, false, false, false, 0},
+        {"floor(erf 0)", IntervalC::floor(IntervalC::erf(IntervalC(0, 0))), 0, 0, false, false, false, 0},
+        {"floor(acosh 1)", IntervalC::floor(IntervalC::acosh(IntervalC(1, 1))), 0, 0, false, false, false, 0},
+        {"atanh from 0", IntervalC::atanh(IntervalC(0, 0.5)), 0, std::atanh(0.5), false, false, false, 16},
     };
     for (Case const &c : cases) {
         EXPECT_EQ(c.y.empty, c.empty) << c.what;

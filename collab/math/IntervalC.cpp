@@ -785,11 +785,16 @@ bool clipToDomain(IntervalC const &a, double low, double high, IntervalC &clippe
     return true;
 }
 
-IntervalC rising(IntervalC const &a, double (*f)(double), double low, double high, double margin) {
+// zeroAt is the one argument where f is exactly 0 (and the C library says
+// so): an end there keeps its bound exact, so that a value of exactly 0
+// stays one (floor, sign and the like of it then do not jump).
+IntervalC rising(IntervalC const &a, double (*f)(double), double low, double high, double margin, double zeroAt) {
     if (a.empty) return a;
     IntervalC d;
     if (!clipToDomain(a, low, high, d)) return withFlags(IntervalC::none(), a);
     IntervalC r = monotone(d.lo, d.hi, f, true, margin);
+    if (d.lo == zeroAt) r.lo = 0;
+    if (d.hi == zeroAt) r.hi = 0;
     r.partial = d.partial;
     return withFlags(r, a);
 }
@@ -808,18 +813,18 @@ IntervalC step(IntervalC const &a, double (*f)(double)) {
 } // namespace
 
 IntervalC IntervalC::asinh(IntervalC const &a) {
-    return rising(a, [](double v) { return std::asinh(v); }, -inf, inf, libraryMargin);
+    return rising(a, [](double v) { return std::asinh(v); }, -inf, inf, libraryMargin, 0);
 }
 
 IntervalC IntervalC::acosh(IntervalC const &a) {
-    IntervalC r = rising(a, [](double v) { return std::acosh(v); }, 1, inf, libraryMargin);
+    IntervalC r = rising(a, [](double v) { return std::acosh(v); }, 1, inf, libraryMargin, 1);
     if (!r.empty && r.lo < 0) r.lo = 0;
     return r;
 }
 
 IntervalC IntervalC::atanh(IntervalC const &a) {
     // Poles at -1 and 1: the ends of the domain, where atanh is infinite.
-    IntervalC r = rising(a, [](double v) { return std::atanh(v); }, -1, 1, libraryMargin);
+    IntervalC r = rising(a, [](double v) { return std::atanh(v); }, -1, 1, libraryMargin, 0);
     if (!r.empty && (a.lo <= -1 || a.hi >= 1)) r.partial = true;
     return r;
 }
@@ -837,7 +842,7 @@ IntervalC IntervalC::logBase(IntervalC const &b, IntervalC const &x) {
 }
 
 IntervalC IntervalC::cbrt(IntervalC const &a) {
-    return rising(a, [](double v) { return std::cbrt(v); }, -inf, inf, libraryMargin);
+    return rising(a, [](double v) { return std::cbrt(v); }, -inf, inf, libraryMargin, 0);
 }
 
 IntervalC IntervalC::root(IntervalC const &n, IntervalC const &x) {
@@ -965,7 +970,7 @@ IntervalC IntervalC::gamma(IntervalC const &a) {
 IntervalC IntervalC::factorial(IntervalC const &a) { return gamma(add(a, point(1.0))); }
 
 IntervalC IntervalC::erf(IntervalC const &a) {
-    IntervalC r = rising(a, [](double v) { return std::erf(v); }, -inf, inf, libraryMargin);
+    IntervalC r = rising(a, [](double v) { return std::erf(v); }, -inf, inf, libraryMargin, 0);
     if (!r.empty) {
         if (r.lo < -1) r.lo = -1;
         if (r.hi > 1) r.hi = 1;
