@@ -6,6 +6,8 @@
 #include <cmath>
 #include <limits>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include "collab/math/IntervalC.h"
 #include "collab/math/algexpr/CoreFunctionNodeC.h"
@@ -152,6 +154,13 @@ TEST(Interval, ChosenEnclosures) {
         {"floor across 1", IntervalC::floor(IntervalC(0.5, 1.5)), 0, 1, false, false, true, 4},
         {"sign across 0", IntervalC::sign(IntervalC(-1, 1)), -1, 1, false, false, true, 4},
         {"flags carry", IntervalC::exp(IntervalC::sqrt(IntervalC(-1, 1))), 1, std::exp(1.0), false, true, false, 4},
+        // Exactly 0 where the function is: a step of it does not jump.
+        {"floor(atanh 0)", IntervalC::floor(IntervalC::atanh(IntervalC(0, 0))), 0, 0, false, false, false, 0},
+        {"floor(asinh 0)", IntervalC::floor(IntervalC::asinh(IntervalC(0, 0))), 0, 0, false, false, false, 0},
+        {"sign(cbrt 0)", IntervalC::sign(IntervalC::cbrt(IntervalC(0, 0))), 0, 0, false, false, false, 0},
+        {"floor(erf 0)", IntervalC::floor(IntervalC::erf(IntervalC(0, 0))), 0, 0, false, false, false, 0},
+        {"floor(acosh 1)", IntervalC::floor(IntervalC::acosh(IntervalC(1, 1))), 0, 0, false, false, false, 0},
+        {"atanh from 0", IntervalC::atanh(IntervalC(0, 0.5)), 0, std::atanh(0.5), false, false, false, 16},
     };
     for (Case const &c : cases) {
         EXPECT_EQ(c.y.empty, c.empty) << c.what;
@@ -163,6 +172,46 @@ TEST(Interval, ChosenEnclosures) {
         EXPECT_GE(c.y.hi, c.hi) << c.what;
         EXPECT_GE(c.y.lo, c.lo - c.ulps * std::fabs(c.lo) * 0x1p-52) << c.what;
         EXPECT_LE(c.y.hi, c.hi + c.ulps * std::fabs(c.hi) * 0x1p-52) << c.what;
+    }
+}
+
+// sin, cos and tan keep the ends they reduced last: an enclosure must not
+// depend on what was asked before it. Intervals over a few shared end
+// points (many found again, many pushed out) are enclosed on two threads,
+// each with its own remembered ends, in two different orders.
+TEST(Interval, TrigEnclosuresDoNotDependOnTheOrderAsked) {
+    evalgtest::Rng rng(29);
+    std::vector<double> ends;
+    for (int i = 0; i < 7; ++i) ends.push_back(rng.uniform(-12, 12));
+    ends.push_back(pi / 2);
+    ends.push_back(-3 * pi / 2);
+    struct Ask {
+        UnaryT f;
+        IntervalC x;
+    };
+    UnaryT const fs[] = {IntervalC::sin, IntervalC::cos, IntervalC::tan};
+    std::vector<Ask> asks;
+    for (int i = 0; i < 3000; ++i) {
+        double a = ends[rng.below(int(ends.size()))], b = ends[rng.below(int(ends.size()))];
+        asks.push_back(Ask{fs[rng.below(3)], IntervalC(a < b ? a : b, a < b ? b : a)});
+    }
+    auto run = [&asks](bool backward, std::vector<IntervalC> &out) {
+        out.assign(asks.size(), IntervalC());
+        for (std::size_t k = 0; k < asks.size(); ++k) {
+            std::size_t i = backward ? asks.size() - 1 - k : k;
+            out[i] = asks[i].f(asks[i].x);
+        }
+    };
+    std::vector<IntervalC> forward, backward;
+    std::thread one(run, false, std::ref(forward));
+    std::thread two(run, true, std::ref(backward));
+    one.join();
+    two.join();
+    for (std::size_t i = 0; i < asks.size(); ++i) {
+        IntervalC const &y1 = forward[i], &y2 = backward[i];
+        EXPECT_TRUE(y1.lo == y2.lo && y1.hi == y2.hi && y1.mayJump == y2.mayJump)
+            << i << ": [" << asks[i].x.lo << ", " << asks[i].x.hi << "] gives [" << y1.lo << ", " << y1.hi
+            << "] and [" << y2.lo << ", " << y2.hi << "]";
     }
 }
 

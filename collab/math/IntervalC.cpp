@@ -435,34 +435,64 @@ double downBy(double v, double e) { return down2(v - e); }
 double upBy(double v, double e) { return up2(v + e); }
 
 // One end of an interval, reduced once: x = (quadrant + t) pi/2 with
-// r = t pi/2, and its phase x * 2/pi modulo 4 (within 2^-50).
+// r = t pi/2, and its phase x * 2/pi modulo 4 (within 2^-50); the
+// enclosures of sin x, cos x and tan x there once asked for (NaN until then).
 struct ReducedS {
     double x;
     int quadrant;
     double r;
     double phase;
+    IntervalC sinX, cosX, tanX;
 };
 
-ReducedS reducedAt(double x) {
-    ReducedS e;
+// The ends reduced last on this thread. Bisection meets each end point
+// again (a piece's ends were probed as points first, and neighbouring
+// pieces share ends), so most ends are found here rather than reduced anew.
+// A slot just handed out is never the next one replaced, so the two ends of
+// one interval stay put while both are in use.
+struct EndCacheS {
+    static int const size = 4;
+    ReducedS ends[size];
+    int next;
+    EndCacheS() : next(0) {
+        for (ReducedS &e : ends) e.x = std::numeric_limits<double>::quiet_NaN();
+    }
+};
+
+thread_local EndCacheS endCache;
+
+ReducedS &reducedAt(double x) {
+    EndCacheS &cache = endCache;
+    for (int i = 0; i < EndCacheS::size; ++i) {
+        if (cache.ends[i].x == x) {
+            if (cache.next == i) cache.next = (i + 1) % EndCacheS::size;
+            return cache.ends[i];
+        }
+    }
+    ReducedS &e = cache.ends[cache.next];
+    cache.next = (cache.next + 1) % EndCacheS::size;
     e.x = x;
     TrigReductionC::reduce(x, e.quadrant, e.r);
     double p = e.quadrant + e.r / 1.5707963267948966;
     e.phase = p < 0 ? p + 4 : p;
+    double const nan = std::numeric_limits<double>::quiet_NaN();
+    e.sinX = e.cosX = e.tanX = IntervalC(nan, nan);
     return e;
 }
 
 // sin and cos at one end, each enclosed: the reduced argument is off by at
 // most |r| * 2^-51 (exact below pi/4, where it is x itself), which moves
 // sin and cos by no more than that.
-IntervalC sinOrCosAt(ReducedS const &e, bool sine) {
+IntervalC sinOrCosAt(ReducedS &e, bool sine) {
+    IntervalC &known = sine ? e.sinX : e.cosX;
+    if (!std::isnan(known.lo)) return known;
     double d = e.r == e.x ? 0 : std::fabs(e.r) * 0x1p-51;
     // sin x is sin r, cos r, -sin r, -cos r by quadrant; cos x one quadrant on.
     int q = (e.quadrant + (sine ? 0 : 1)) & 3;
-    if (e.x == 0) return IntervalC::point(sine ? 0.0 : 1.0);
+    if (e.x == 0) return known = IntervalC::point(sine ? 0.0 : 1.0);
     double v = q % 2 == 0 ? std::sin(e.r) : std::cos(e.r);
     IntervalC r(downBy(v, d), upBy(v, d));
-    return q >= 2 ? IntervalC::neg(r) : r;
+    return known = q >= 2 ? IntervalC::neg(r) : r;
 }
 
 // The sign of cos at one end, from its quadrant and reduced argument alone
@@ -477,34 +507,44 @@ int cosSignAt(ReducedS const &e) {
     }
 }
 
-// tan at one end: tan r in even quadrants, -1/tan r in odd ones. An error d
-// in r moves tan r by at most d (1 + tan^2 r), taken with room.
-IntervalC tanAt(ReducedS const &e) {
+// tan at one end, enclosed: tan r in even quadrants, -1/tan r in odd ones. An error d in r moves tan r by at most d (1 + tan^2 r), taken with
+// room. -1/u rises with u on either side of 0, so each bound of -1/tan r is
+// -1 over the same bound of tan r, one ulp out (the quotient is correctly
+// rounded); bounds of tan r either side of 0 (r = 0 in an odd quadrant: a
+// pole) give both infinities.
+IntervalC const &tanAt(ReducedS &e) {
+    if (!std::isnan(e.tanX.lo)) return e.tanX;
     double t = std::tan(e.r);
     double d = e.r == e.x ? 0 : std::fabs(e.r) * 0x1p-51 * (1 + t * t) * 1.01;
-    IntervalC tr = e.r == 0 ? IntervalC(0, 0) : IntervalC(downBy(t, d), upBy(t, d));
-    return e.quadrant % 2 == 0 ? tr : IntervalC::div(IntervalC(-1, -1), tr);
+    double l = e.r == 0 ? 0 : downBy(t, d), h = e.r == 0 ? 0 : upBy(t, d);
+    if (e.quadrant % 2 == 0)
+        e.tanX = IntervalC(l, h);
+    else if (l <= 0 && h >= 0)
+        e.tanX = IntervalC(-inf, inf);
+    else
+        e.tanX = IntervalC(IntervalC::down(-1 / l), IntervalC::up(-1 / h));
+    return e.tanX;
 }
 
 // Where an interval lies in quarter periods: it starts at phase start (in
 // [0, 4)) and spans span quarter periods; wide is set when it may cover a
-// whole period (then the ends are not reduced).
+// whole period (then the ends are not reduced, and low and high are null).
 struct PhaseSpanS {
     double start;
     double span;
     bool wide;
-    ReducedS low, high;
+    ReducedS *low, *high;
 };
 
 PhaseSpanS phaseSpan(IntervalC const &a) {
-    PhaseSpanS p{0, 0, true, ReducedS{}, ReducedS{}};
+    PhaseSpanS p{0, 0, true, nullptr, nullptr};
     if (unbounded(a)) return p;
     double approximate = (a.hi - a.lo) * 0.6366197723675814;
     if (!(approximate < 3.999)) return p;
-    p.low = reducedAt(a.lo);
-    p.high = reducedAt(a.hi);
-    p.start = p.low.phase;
-    double span = p.high.phase - p.start;
+    p.low = &reducedAt(a.lo);
+    p.high = &reducedAt(a.hi);
+    p.start = p.low->phase;
+    double span = p.high->phase - p.start;
     if (span < 0) span += 4;
     // Both phases are within 2^-50: a span near 4 for a narrow interval is
     // a span near 0 read across the wrap.
@@ -529,7 +569,7 @@ IntervalC sinOrCos(IntervalC const &a, TrigE which) {
     if (a.empty) return a;
     PhaseSpanS p = phaseSpan(a);
     if (p.wide) return wholePeriod(a, -1, 1);
-    IntervalC v1 = sinOrCosAt(p.low, which == SINE), v2 = sinOrCosAt(p.high, which == SINE);
+    IntervalC v1 = sinOrCosAt(*p.low, which == SINE), v2 = sinOrCosAt(*p.high, which == SINE);
     double l = v1.lo < v2.lo ? v1.lo : v2.lo;
     double h = v1.hi > v2.hi ? v1.hi : v2.hi;
     // sin peaks at phase 1 and bottoms at 3; cos at 0 and 2.
@@ -552,7 +592,7 @@ IntervalC IntervalC::tan(IntervalC const &a) {
     // which the quadrant and the sign of the reduced argument tell exactly.
     bool pole = p.wide || p.span >= 2;
     if (!pole) {
-        int c1 = cosSignAt(p.low), c2 = cosSignAt(p.high);
+        int c1 = cosSignAt(*p.low), c2 = cosSignAt(*p.high);
         pole = c1 == 0 || c2 == 0 || c1 != c2;
     }
     if (pole) {
@@ -563,7 +603,7 @@ IntervalC IntervalC::tan(IntervalC const &a) {
         return r;
     }
     // No pole inside: tan rises across the whole interval.
-    return withFlags(IntervalC(tanAt(p.low).lo, tanAt(p.high).hi), a);
+    return withFlags(IntervalC(tanAt(*p.low).lo, tanAt(*p.high).hi), a);
 }
 
 IntervalC IntervalC::asin(IntervalC const &a) {
@@ -745,11 +785,16 @@ bool clipToDomain(IntervalC const &a, double low, double high, IntervalC &clippe
     return true;
 }
 
-IntervalC rising(IntervalC const &a, double (*f)(double), double low, double high, double margin) {
+// zeroAt is the one argument where f is exactly 0 (and the C library says
+// so): an end there keeps its bound exact, so that a value of exactly 0
+// stays one (floor, sign and the like of it then do not jump).
+IntervalC rising(IntervalC const &a, double (*f)(double), double low, double high, double margin, double zeroAt) {
     if (a.empty) return a;
     IntervalC d;
     if (!clipToDomain(a, low, high, d)) return withFlags(IntervalC::none(), a);
     IntervalC r = monotone(d.lo, d.hi, f, true, margin);
+    if (d.lo == zeroAt) r.lo = 0;
+    if (d.hi == zeroAt) r.hi = 0;
     r.partial = d.partial;
     return withFlags(r, a);
 }
@@ -768,18 +813,18 @@ IntervalC step(IntervalC const &a, double (*f)(double)) {
 } // namespace
 
 IntervalC IntervalC::asinh(IntervalC const &a) {
-    return rising(a, [](double v) { return std::asinh(v); }, -inf, inf, libraryMargin);
+    return rising(a, [](double v) { return std::asinh(v); }, -inf, inf, libraryMargin, 0);
 }
 
 IntervalC IntervalC::acosh(IntervalC const &a) {
-    IntervalC r = rising(a, [](double v) { return std::acosh(v); }, 1, inf, libraryMargin);
+    IntervalC r = rising(a, [](double v) { return std::acosh(v); }, 1, inf, libraryMargin, 1);
     if (!r.empty && r.lo < 0) r.lo = 0;
     return r;
 }
 
 IntervalC IntervalC::atanh(IntervalC const &a) {
     // Poles at -1 and 1: the ends of the domain, where atanh is infinite.
-    IntervalC r = rising(a, [](double v) { return std::atanh(v); }, -1, 1, libraryMargin);
+    IntervalC r = rising(a, [](double v) { return std::atanh(v); }, -1, 1, libraryMargin, 0);
     if (!r.empty && (a.lo <= -1 || a.hi >= 1)) r.partial = true;
     return r;
 }
@@ -797,7 +842,7 @@ IntervalC IntervalC::logBase(IntervalC const &b, IntervalC const &x) {
 }
 
 IntervalC IntervalC::cbrt(IntervalC const &a) {
-    return rising(a, [](double v) { return std::cbrt(v); }, -inf, inf, libraryMargin);
+    return rising(a, [](double v) { return std::cbrt(v); }, -inf, inf, libraryMargin, 0);
 }
 
 IntervalC IntervalC::root(IntervalC const &n, IntervalC const &x) {
@@ -925,7 +970,7 @@ IntervalC IntervalC::gamma(IntervalC const &a) {
 IntervalC IntervalC::factorial(IntervalC const &a) { return gamma(add(a, point(1.0))); }
 
 IntervalC IntervalC::erf(IntervalC const &a) {
-    IntervalC r = rising(a, [](double v) { return std::erf(v); }, -inf, inf, libraryMargin);
+    IntervalC r = rising(a, [](double v) { return std::erf(v); }, -inf, inf, libraryMargin, 0);
     if (!r.empty) {
         if (r.lo < -1) r.lo = -1;
         if (r.hi > 1) r.hi = 1;

@@ -68,9 +68,74 @@ void reduceMagnitude(double x, int &quadrant, Uint128 &fraction) {
     fraction = (static_cast<Uint128>(bitsAt(p, s - 64)) << 64) | bitsAt(p, s - 128);
 }
 
+// pi/2 in four parts for the reduction in doubles. C1, C2 and C3 hold 33
+// bits each (multiples of 2^-32, 2^-65 and 2^-98), so k * Ci is exact for
+// |k| < 2^20; C4 is the nearest double to the rest, and what it leaves out
+// is below 2^-159.
+double const halfPiC1 = 0x1.921fb544p+0;
+double const halfPiC2 = 0x1.0b4611a6p-34;
+double const halfPiC3 = 0x1.3198a2ep-69;
+double const halfPiC4 = 0x1.b839a252049c1p-104;
+double const twoOverPiDouble = 0x1.45f306dc9c883p-1;
+// The largest double below pi/4.
+double const quarterPi = 0.7853981633974483;
+
+// x - k pi/2 for a whole k with |k| < 2^20 and x within about pi/4 of k pi/2.
+//
+// Error, with r the true x - k pi/2: x - k C1 is exact (the two are within
+// a factor of 2 of each other, or k is 0). a = (x - k C1) - k C2 is a
+// multiple of 2^-65, so it is exact below 2^-12; above, it is off by at most
+// 2^-53 |a|, and |a| <= |r| (1 + 2^-34) since a - r = k (C3 + C4 + tail) is
+// below 2^-47. Likewise b = a - k C3, a multiple of 2^-98, is exact below
+// 2^-45 and otherwise off by at most 2^-53 |b|, with b - r below 2^-82; the
+// last subtraction rounds once more. Together at most 3 * 2^-53 (1 + 2^-30)
+// |r|. Besides, k C4 rounds by at most 2^-136 and k times the dropped tail
+// is below 2^-139: against the closest a double below 2^20 comes to a
+// multiple of pi/2, 6.19e-19 > 2^-61 (x = 6411027962775774 * 2^-47, near
+// 29 pi/2), those are at most 2^-74 |r|. The total stays below |r| * 2^-51,
+// the bound the wide-product reduction keeps.
+double minusHalfPis(double x, double k) {
+    double a = (x - k * halfPiC1) - k * halfPiC2;
+    double b = a - k * halfPiC3;
+    return b - k * halfPiC4;
+}
+
 } // namespace
 
+double const TrigReductionC::moderateLimit = 0x1p20;
+
 void TrigReductionC::reduce(double x, int &quadrant, double &reduced) {
+    if (std::fabs(x) < moderateLimit)
+        reduceModerate(x, quadrant, reduced);
+    else
+        reduceExact(x, quadrant, reduced);
+}
+
+void TrigReductionC::reduceModerate(double x, int &quadrant, double &reduced) {
+    if (std::fabs(x) < quarterPi) {
+        quadrant = 0;
+        reduced = x;
+        return;
+    }
+    // The nearest whole number to x * 2/pi (by adding and taking away
+    // 1.5 * 2^52); the product is off by less than 2^-31 for |x| < 2^20, so
+    // k can be one off only where r comes out near +-pi/4, and one step
+    // puts it right.
+    double const round = 0x1.8p52;
+    double k = (x * twoOverPiDouble + round) - round;
+    double r = minusHalfPis(x, k);
+    if (r > quarterPi) {
+        k += 1;
+        r = minusHalfPis(x, k);
+    } else if (r < -quarterPi) {
+        k -= 1;
+        r = minusHalfPis(x, k);
+    }
+    quadrant = static_cast<int>(k) & 3;
+    reduced = r;
+}
+
+void TrigReductionC::reduceExact(double x, int &quadrant, double &reduced) {
     if (std::fabs(x) < 0.7853981633974483) {
         // Already within pi/4 (a bound slightly below pi/4, so exactly).
         quadrant = 0;

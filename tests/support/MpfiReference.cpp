@@ -83,9 +83,63 @@ struct VariablesS {
 
 Defined evaluate(NodeABC const &node, VariablesS const &x, mpfi_t out);
 
+using MpfrFunction = int (*)(mpfr_ptr, mpfr_srcptr, mpfr_rnd_t);
+
+// A function rising (or falling) over v, from its values at the ends.
+void monotone(mpfi_t out, mpfi_t v, MpfrFunction f, bool rising) {
+    mpfr_t lo, hi;
+    mpfr_init2(lo, precision);
+    mpfr_init2(hi, precision);
+    f(lo, rising ? &v->left : &v->right, MPFR_RNDD);
+    f(hi, rising ? &v->right : &v->left, MPFR_RNDU);
+    mpfi_interv_fr(out, lo, hi);
+    mpfr_clear(lo);
+    mpfr_clear(hi);
+}
+
+// A step function that never falls (floor, ceil, round, trunc): the steps
+// at the ends, which are exact.
+void steps(mpfi_t out, mpfi_t v, int (*f)(mpfr_ptr, mpfr_srcptr)) {
+    mpfr_t lo, hi;
+    mpfr_init2(lo, precision);
+    mpfr_init2(hi, precision);
+    f(lo, &v->left);
+    f(hi, &v->right);
+    mpfi_interv_fr(out, lo, hi);
+    mpfr_clear(lo);
+    mpfr_clear(hi);
+}
+
+// gamma for arguments above 0, where it falls to its one minimum near
+// 1.4616 (0.8856031944108887...) and rises after; anywhere else it is left
+// whole (poles at 0, -1, -2, ... and a turn between each two).
+Defined gammaOf(mpfi_t v, mpfi_t out) {
+    if (mpfr_sgn(&v->left) <= 0) {
+        setWhole(out);
+        return Defined::SOMEWHERE;
+    }
+    // Just above and below the turn, and just below the minimum.
+    double const above = 1.4616322, below = 1.4616321, least = 0.8856031944108886;
+    if (mpfr_cmp_d(&v->left, above) >= 0) {
+        monotone(out, v, mpfr_gamma, true);
+    } else if (mpfr_cmp_d(&v->right, below) <= 0) {
+        monotone(out, v, mpfr_gamma, false);
+    } else {
+        Interval a, b;
+        mpfi_set_fr(a.v, &v->left);
+        mpfi_set_fr(b.v, &v->right);
+        monotone(a.v, a.v, mpfr_gamma, true);
+        monotone(b.v, b.v, mpfr_gamma, true);
+        mpfi_union(out, a.v, b.v);
+        mpfi_put_d(out, least);
+    }
+    return Defined::EVERYWHERE;
+}
+
+// By an exact 0 the double rule gives an infinity, which later operations
+// may carry on to a finite value (atan(1/0)): anything, rather than nothing.
 Defined divide(mpfi_t out, mpfi_t a, mpfi_t b) {
     if (mpfi_has_zero(b)) {
-        if (mpfi_is_zero(b)) return Defined::NOWHERE;
         setWhole(out);
         return Defined::SOMEWHERE;
     }
@@ -131,6 +185,48 @@ Defined power(NodeABC const &exponentNode, mpfi_t base, mpfi_t out) {
     return cut ? Defined::SOMEWHERE : Defined::EVERYWHERE;
 }
 
+// The n-th root of x for a whole degree n from 1 to 64 (negative x only for
+// odd n); any other degree is left whole.
+Defined rootOf(mpfi_t n, mpfi_t x, mpfi_t out) {
+    double degree = left(n);
+    if (!(degree == right(n) && degree >= 1 && degree <= 64 && std::floor(degree) == degree)) {
+        setWhole(out);
+        return Defined::SOMEWHERE;
+    }
+    unsigned long k = static_cast<unsigned long>(degree);
+    bool cut = false;
+    if (k % 2 == 0 && !clip(x, 0, std::numeric_limits<double>::infinity(), cut)) return Defined::NOWHERE;
+    mpfr_t lo, hi;
+    mpfr_init2(lo, precision);
+    mpfr_init2(hi, precision);
+    mpfr_rootn_ui(lo, &x->left, k, MPFR_RNDD);
+    mpfr_rootn_ui(hi, &x->right, k, MPFR_RNDU);
+    mpfi_interv_fr(out, lo, hi);
+    mpfr_clear(lo);
+    mpfr_clear(hi);
+    return cut ? Defined::SOMEWHERE : Defined::EVERYWHERE;
+}
+
+// x - y floor(x/y): no value where y is 0; otherwise between 0 and y, and
+// within x - y floor(x/y) taken over the intervals.
+Defined modOf(mpfi_t x, mpfi_t y, mpfi_t out) {
+    if (mpfi_has_zero(y)) {
+        if (mpfi_is_zero(y)) return Defined::NOWHERE;
+        setWhole(out);
+        return Defined::SOMEWHERE;
+    }
+    Interval q, f;
+    mpfi_div(q.v, x, y);
+    steps(f.v, q.v, mpfr_floor);
+    mpfi_mul(f.v, f.v, y);
+    mpfi_sub(out, x, f.v);
+    Interval range;
+    mpfi_set(range.v, y);
+    mpfi_put_d(range.v, 0.0);
+    mpfi_intersect(out, out, range.v);
+    return Defined::EVERYWHERE;
+}
+
 Defined function(int code, mpfi_t v, mpfi_t out) {
     double const inf = std::numeric_limits<double>::infinity();
     bool cut = false;
@@ -170,23 +266,8 @@ Defined function(int code, mpfi_t v, mpfi_t out) {
         if (touches) mpfr_set_inf(&out->left, -1);
         return touches ? Defined::SOMEWHERE : Defined::EVERYWHERE;
     }
-    case CoreFunctionNodeC::FLOOR:
-    case CoreFunctionNodeC::CEIL: {
-        mpfr_t lo, hi;
-        mpfr_init2(lo, precision);
-        mpfr_init2(hi, precision);
-        if (code == CoreFunctionNodeC::FLOOR) {
-            mpfr_floor(lo, &v->left);
-            mpfr_floor(hi, &v->right);
-        } else {
-            mpfr_ceil(lo, &v->left);
-            mpfr_ceil(hi, &v->right);
-        }
-        mpfi_interv_fr(out, lo, hi);
-        mpfr_clear(lo);
-        mpfr_clear(hi);
-        return Defined::EVERYWHERE;
-    }
+    case CoreFunctionNodeC::FLOOR: steps(out, v, mpfr_floor); return Defined::EVERYWHERE;
+    case CoreFunctionNodeC::CEIL: steps(out, v, mpfr_ceil); return Defined::EVERYWHERE;
     case CoreFunctionNodeC::ASINH: mpfi_asinh(out, v); return Defined::EVERYWHERE;
     case CoreFunctionNodeC::CBRT: mpfi_cbrt(out, v); return Defined::EVERYWHERE;
     case CoreFunctionNodeC::ATANH:
@@ -218,16 +299,15 @@ Defined function(int code, mpfi_t v, mpfi_t out) {
         if (code == CoreFunctionNodeC::SEC) mpfi_cos(den.v, v); else mpfi_sin(den.v, v);
         return divide(out, num.v, den.v);
     }
-    case CoreFunctionNodeC::ERF: {
-        mpfr_t lo, hi;
-        mpfr_init2(lo, precision);
-        mpfr_init2(hi, precision);
-        mpfr_erf(lo, &v->left, MPFR_RNDD);
-        mpfr_erf(hi, &v->right, MPFR_RNDU);
-        mpfi_interv_fr(out, lo, hi);
-        mpfr_clear(lo);
-        mpfr_clear(hi);
-        return Defined::EVERYWHERE;
+    case CoreFunctionNodeC::ERF: monotone(out, v, mpfr_erf, true); return Defined::EVERYWHERE;
+    case CoreFunctionNodeC::ERFC: monotone(out, v, mpfr_erfc, false); return Defined::EVERYWHERE;
+    case CoreFunctionNodeC::ROUND: steps(out, v, mpfr_round); return Defined::EVERYWHERE;
+    case CoreFunctionNodeC::TRUNC: steps(out, v, mpfr_trunc); return Defined::EVERYWHERE;
+    case CoreFunctionNodeC::GAMMA: return gammaOf(v, out);
+    case CoreFunctionNodeC::FACTORIAL: {
+        Interval shifted;
+        mpfi_add_d(shifted.v, v, 1.0);
+        return gammaOf(shifted.v, out);
     }
     case CoreFunctionNodeC::SIGN: {
         double lo = mpfr_sgn(&v->left) > 0 ? 1.0 : (mpfr_sgn(&v->left) < 0 ? -1.0 : 0.0);
@@ -256,6 +336,13 @@ Defined evaluate(NodeABC const &node, VariablesS const &x, mpfi_t out) {
     if (OperatorNodeC const *op = node.as<OperatorNodeC>()) {
         Interval a;
         Defined da = evaluate(*op->child(0), x, a.v);
+        if (da == Defined::NOWHERE && op->getOperator() == OperatorNodeC::POWER) {
+            // The double rule gives x^0 = 1 even where x has no value.
+            Interval e;
+            if (evaluate(*op->child(1), x, e.v) == Defined::NOWHERE || !mpfi_has_zero(e.v)) return da;
+            mpfi_set_d(out, 1.0);
+            return Defined::SOMEWHERE;
+        }
         if (da == Defined::NOWHERE) return da;
         if (op->getOperator() == OperatorNodeC::NEGATE) {
             mpfi_neg(out, a.v);
@@ -300,6 +387,8 @@ Defined evaluate(NodeABC const &node, VariablesS const &x, mpfi_t out) {
             mpfr_clear(hi);
             return d;
         }
+        case CoreFunctionNodeC::ROOT: return worst(d, rootOf(a.v, b.v, out));
+        case CoreFunctionNodeC::MOD: return worst(d, modOf(a.v, b.v, out));
         case CoreFunctionNodeC::LOG_BASE: {
             // log(b, x) = ln x / ln b.
             Interval lb, lx;

@@ -4,9 +4,12 @@
 // An independent enclosure of an expression tree, computed with MPFI
 // (multiple-precision intervals, 128 bits) straight from the tree: nothing of
 // the library's interval arithmetic or compiled programs is used. It knows
-// the real function, not the double evaluation: division by zero, ln of 0 and
-// the like have no value. Functions it has no rule for enclose as the whole
-// line, so checks built on it can only be weakened by them, never misled.
+// the real function, not the double evaluation: ln of 0, sqrt of -1 and the
+// like have no value. Where the double rule gives a value the real function
+// lacks it allows that value too: x^0 is 1 for a missing x, and a division
+// by exact 0 (an infinity, which atan can carry back) encloses as the whole
+// line, as functions it has no rule for do. Checks built on it can only be
+// weakened by these, never misled.
 #include "collab/math/algexpr/NodeABC.h"
 
 namespace evalgtest {

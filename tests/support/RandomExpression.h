@@ -13,7 +13,9 @@ namespace evalgtest {
 // Grows prefix text token by token, keeping count of the operands still owed;
 // past maxOwed only operands are drawn, so the text always completes. Leaves
 // are x or one of a few numbers (whole ones too, for the power rule).
-inline std::string randomPrefix(Rng &rng, int maxOwed = 6) {
+// Functions are drawn from the first `functions` codes (the original
+// seventeen by default; every function of the table at most).
+inline std::string randomPrefix(Rng &rng, int maxOwed = 6, int functions = 17) {
     using qelt::math::algexpr::CoreFunctionNodeC;
     using qelt::math::algexpr::OperatorNodeC;
     static char const *const leaves[] = {"x ", "x ", "2.5 ", "-1e-3 ", "3 ", "-2 ", "0.5 "};
@@ -29,7 +31,9 @@ inline std::string randomPrefix(Rng &rng, int maxOwed = 6) {
             text += std::string(OperatorNodeC::symbol(op)) + " ";
             owed += int(OperatorNodeC::arity(op)) - 1;
         } else {
-            text += std::string(CoreFunctionNodeC::name(CoreFunctionNodeC::FIRST_CODE + rng.below(17))) + " ";
+            int code = CoreFunctionNodeC::FIRST_CODE + rng.below(functions);
+            text += std::string(CoreFunctionNodeC::name(code)) + " ";
+            owed += int(CoreFunctionNodeC::arity(code)) - 1;
         }
     }
     return text;
