@@ -66,16 +66,19 @@ private:
                             SetP target);
     void plot_row_run(double y, SetP target);
     void plot_column_run(double x, SetP target);
-    void plot_eighth(double au, double av, double cu, double cv, double du, double dv, double t, bool swap,
-                     bool prepend, SetP set);
+    // One octant walked from its slope point; swap and prepend as in the octant table.
+    template <bool swap, bool prepend>
+    void plot_eighth(double au, double av, double cu, double cv, double du, double dv, double t,
+                     SetP const &set);
     Reach window_reach(double au, double av, double cu, double cv, double du, double dv, double uStart,
                        double vStart, bool swap) const;
-    void plot_point(double u, double v, bool swap, bool prepend, bool *left);
+    // Offers one point of the walk; lastVisible is whether the previous one
+    // lay in the window. True when the walk has just left the window.
+    template <bool swap, bool prepend>
+    bool plot_point(double u, double v, bool &lastVisible);
     bool approx_equal(double p, double q, double step, double origin) const;
 
     unsigned long stepCount;
-    // Whether the previous point an octant offered lay inside the window.
-    bool lastPointVisible;
     // Points the bound set held when the current octant began.
     long octantBase;
     // Where prepending octants are walked before they are appended.
