@@ -259,8 +259,11 @@ void CircleAndEllipseCommonEvalC::plot_eighth(double au, double av, double cu, d
     double Hu = 2 * B * du * du;
     double Hv = 2 * A * dv * dv;
 
+    // The window in locals, for the visibility test of every point.
+    Box const box = {leftEdge, rightEdge, bottomEdge, topEdge};
+
     // The slope point belongs to the swapped octant of its pair.
-    if (swap) left = plot_point<swap, prepend>(U, V, lastVisible);
+    if (swap) left = plot_point<swap, prepend>(U, V, box, lastVisible);
 
     // The pixel boundary nearest the centre.
     double uEnd = uEdge + std::floor((cu - uEdge) / uCell + 0.5) * uCell;
@@ -279,14 +282,15 @@ void CircleAndEllipseCommonEvalC::plot_eighth(double au, double av, double cu, d
         if (!std::isfinite(F)) return;
     }
 
+    double const uStop = uEnd - du;
     while (reach.near) {
-        if (!(du > 0 ? U < uEnd - du : U > uEnd - du)) break;
+        if (!(du > 0 ? U < uStop : U > uStop)) break;
         // Past the window nothing more can show; the rest of the walk is skipped.
         if (s1 * U > reach.out) break;
         ++steps;
         if (F < 0) { // midpoint inside: step outwards on v first, as its own point
             V = V + dv;
-            if (plot_point<swap, prepend>(U, V, lastVisible)) break;
+            if (plot_point<swap, prepend>(U, V, box, lastVisible)) break;
             F = Gv + Gu + F;
             Gv = Hv + Gv;
         } else {
@@ -296,7 +300,7 @@ void CircleAndEllipseCommonEvalC::plot_eighth(double au, double av, double cu, d
         double U2 = U + du;
         if (U2 == U) break; // the step is lost in rounding
         Gu = Hu + Gu;
-        left = plot_point<swap, prepend>(U2, V, lastVisible);
+        left = plot_point<swap, prepend>(U2, V, box, lastVisible);
         U = U2;
         if (left) break;
     }
@@ -360,10 +364,10 @@ CircleAndEllipseCommonEvalC::Reach CircleAndEllipseCommonEvalC::window_reach(dou
 }
 
 template <bool swap, bool prepend>
-inline bool CircleAndEllipseCommonEvalC::plot_point(double u, double v, bool &lastVisible) {
+inline bool CircleAndEllipseCommonEvalC::plot_point(double u, double v, Box const &box, bool &lastVisible) {
     double x = swap ? v : u;
     double y = swap ? u : v;
-    bool visible = x >= leftEdge && x <= rightEdge && y >= bottomEdge && y <= topEdge;
+    bool visible = x >= box.left && x <= box.right && y >= box.bottom && y <= box.top;
     if (visible) pushSpan(COLUMNS, prepend ? FRONT : BACK, x, y, y);
     if (visible == lastVisible) return false;
     // A prepending octant reads backwards, so its entering point ends a stretch.

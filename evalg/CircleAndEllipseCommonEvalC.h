@@ -53,6 +53,10 @@ protected:
     double reachMargin;
 
 private:
+    // The window's edges.
+    struct Box {
+        double left, right, bottom, top;
+    };
     // Along one octant's walk, in walk order (w = u for a walk towards larger
     // u, w = -u otherwise): where its arc first and last lies within a few
     // pixels of the window.
@@ -73,9 +77,9 @@ private:
     Reach window_reach(double au, double av, double cu, double cv, double du, double dv, double uStart,
                        double vStart, bool swap) const;
     // Offers one point of the walk; lastVisible is whether the previous one
-    // lay in the window. True when the walk has just left the window.
+    // lay in the window, box the window. True when the walk has just left it.
     template <bool swap, bool prepend>
-    bool plot_point(double u, double v, bool &lastVisible);
+    bool plot_point(double u, double v, Box const &box, bool &lastVisible);
     bool approx_equal(double p, double q, double step, double origin) const;
 
     unsigned long stepCount;
