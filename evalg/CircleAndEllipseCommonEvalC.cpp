@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <new>
 
 #include "collab/ds/PixelPointC.h"
@@ -259,11 +260,40 @@ void CircleAndEllipseCommonEvalC::plot_eighth(double au, double av, double cu, d
     double Hu = 2 * B * du * du;
     double Hv = 2 * A * dv * dv;
 
-    // The window in locals, for the visibility test of every point.
-    Box const box = {leftEdge, rightEdge, bottomEdge, topEdge};
+    // The window in locals, for the visibility test of every point, and the
+    // rows where a point may share a span with its neighbour in the column
+    // (strictly between the centres of the outermost rows, where the
+    // emission's clamps leave a run as it is; computed as the emission does).
+    Box box = {leftEdge, rightEdge, bottomEdge, topEdge, yHalfStep + bottomEdge, topEdge - yHalfStep};
+    // Two consecutive points of the path in one column go out as one span:
+    // the same two points as two single-point spans, provided their rows
+    // differ, which holds while U and V stay within a fraction of a pixel of
+    // the centres they stand for. Each step adds at most half an ulp, the
+    // walk takes fewer than 2^20 steps (see the class comment), so
+    // magnitudes below 2^28 pixels keep the drift under 1/16 pixel. Row
+    // indices must also fit the emission's signed 16 bits.
+    auto pairable = [&](double u, double v) {
+        double m = std::fabs(u) > std::fabs(v) ? std::fabs(u) : std::fabs(v);
+        double e = std::fabs(leftEdge);
+        if (std::fabs(rightEdge) > e) e = std::fabs(rightEdge);
+        if (std::fabs(bottomEdge) > e) e = std::fabs(bottomEdge);
+        if (std::fabs(topEdge) > e) e = std::fabs(topEdge);
+        if (e > m) m = e;
+        double big = uCell > vCell ? uCell : vCell;
+        double small = uCell < vCell ? uCell : vCell;
+        m += 0x1p20 * big;
+        return pixelRows <= 32767 && m <= 0x1p28 * small;
+    };
+    // An empty range of rows where no point may join.
+    auto noPairs = [&] {
+        box.pairLow = std::numeric_limits<double>::infinity();
+        box.pairHigh = -box.pairLow;
+    };
+    if (!pairable(U, V)) noPairs();
+    Held held = {0, false};
 
     // The slope point belongs to the swapped octant of its pair.
-    if (swap) left = plot_point<swap, prepend>(U, V, box, lastVisible);
+    if (swap) left = plot_point<swap, prepend, false>(U, V, box, held, lastVisible);
 
     // The pixel boundary nearest the centre.
     double uEnd = uEdge + std::floor((cu - uEdge) / uCell + 0.5) * uCell;
@@ -278,6 +308,8 @@ void CircleAndEllipseCommonEvalC::plot_eighth(double au, double av, double cu, d
         double q = (U - 0.5 * du - cu) / std::fabs(au);
         double r = (1 - q) * (1 + q);
         V = snap(cv + s2 * std::fabs(av) * std::sqrt(r > 0 ? r : 0), vEdge, vCell);
+        if (!pairable(U, V)) noPairs();
+        held.on = false; // the walk jumps: no column is shared across the gap
         startAt(U, V);
         if (!std::isfinite(F)) return;
     }
@@ -290,7 +322,8 @@ void CircleAndEllipseCommonEvalC::plot_eighth(double au, double av, double cu, d
         ++steps;
         if (F < 0) { // midpoint inside: step outwards on v first, as its own point
             V = V + dv;
-            if (plot_point<swap, prepend>(U, V, box, lastVisible)) break;
+            // Straight out on v: in the column of the last point when u is x.
+            if (plot_point<swap, prepend, !swap>(U, V, box, held, lastVisible)) break;
             F = Gv + Gu + F;
             Gv = Hv + Gv;
         } else {
@@ -300,7 +333,8 @@ void CircleAndEllipseCommonEvalC::plot_eighth(double au, double av, double cu, d
         double U2 = U + du;
         if (U2 == U) break; // the step is lost in rounding
         Gu = Hu + Gu;
-        left = plot_point<swap, prepend>(U2, V, box, lastVisible);
+        // Along u: in the column of the last point when u is y.
+        left = plot_point<swap, prepend, swap>(U2, V, box, held, lastVisible);
         U = U2;
         if (left) break;
     }
@@ -363,12 +397,25 @@ CircleAndEllipseCommonEvalC::Reach CircleAndEllipseCommonEvalC::window_reach(dou
     return reach;
 }
 
-template <bool swap, bool prepend>
-inline bool CircleAndEllipseCommonEvalC::plot_point(double u, double v, Box const &box, bool &lastVisible) {
+template <bool swap, bool prepend, bool column>
+inline bool CircleAndEllipseCommonEvalC::plot_point(double u, double v, Box const &box, Held &held,
+                                                    bool &lastVisible) {
     double x = swap ? v : u;
     double y = swap ? u : v;
     bool visible = x >= box.left && x <= box.right && y >= box.bottom && y <= box.top;
-    if (visible) pushSpan(COLUMNS, prepend ? FRONT : BACK, x, y, y);
+    if (visible) {
+        bool inner = y > box.pairLow && y < box.pairHigh;
+        // A point in the last one's column joins its span, if still pending.
+        if (column && held.on && inner && y != held.y && extendLastSpan(y)) {
+            held.on = false;
+        } else {
+            pushSpan(COLUMNS, prepend ? FRONT : BACK, x, y, y);
+            held.on = inner;
+            held.y = y;
+        }
+    } else {
+        held.on = false;
+    }
     if (visible == lastVisible) return false;
     // A prepending octant reads backwards, so its entering point ends a stretch.
     // Entering marks the end opposite to the one just written, leaving marks

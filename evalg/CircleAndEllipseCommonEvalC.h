@@ -53,9 +53,16 @@ protected:
     double reachMargin;
 
 private:
-    // The window's edges.
+    // The window's edges, and the range of y where a point may share a span.
     struct Box {
         double left, right, bottom, top;
+        double pairLow, pairHigh;
+    };
+    // The point pushed last, as a span of its own; on: whether the next point
+    // may join that span (it may be flushed by then: see extendLastSpan).
+    struct Held {
+        double y;
+        bool on;
     };
     // Along one octant's walk, in walk order (w = u for a walk towards larger
     // u, w = -u otherwise): where its arc first and last lies within a few
@@ -78,8 +85,9 @@ private:
                        double vStart, bool swap) const;
     // Offers one point of the walk; lastVisible is whether the previous one
     // lay in the window, box the window. True when the walk has just left it.
-    template <bool swap, bool prepend>
-    bool plot_point(double u, double v, Box const &box, bool &lastVisible);
+    // column: the point lies in the column of the one before it.
+    template <bool swap, bool prepend, bool column>
+    bool plot_point(double u, double v, Box const &box, Held &held, bool &lastVisible);
     bool approx_equal(double p, double q, double step, double origin) const;
 
     unsigned long stepCount;
