@@ -65,6 +65,14 @@ protected:
         spans.to[spanCount] = to;
         ++spanCount;
     }
+    // Moves the end of the span pushed last to to, when that span is still
+    // pending (false after a flush): for a walk that finds the next point
+    // belongs to the same span.
+    bool extendLastSpan(double to) {
+        if (spanCount == 0) return false;
+        spans.to[spanCount - 1] = to;
+        return true;
+    }
     // Turns the pending spans into points now.
     void flushSpans() {
         if (spanCount != 0) emitBatch();

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <new>
 
 #include "collab/ds/PixelPointC.h"
@@ -43,17 +44,16 @@ double snap(double c, double edge, double step) { return edge + (std::floor((c -
 } // namespace
 
 CircleAndEllipseCommonEvalC::CircleAndEllipseCommonEvalC()
-    : reachMargin(3.0), stepCount(0), lastPointVisible(false), octantBase(0) {}
+    : reachMargin(3.0), stepCount(0), octantBase(0) {}
 // A copy gets its own scratch set when it first plots: sharing one would
 // let two evaluators, perhaps on two threads, write the same set.
 CircleAndEllipseCommonEvalC::CircleAndEllipseCommonEvalC(CircleAndEllipseCommonEvalC const &other)
     : CartesianRelationGraphEvalHelperC(other), reachMargin(other.reachMargin), stepCount(other.stepCount),
-      lastPointVisible(other.lastPointVisible), octantBase(0) {}
+      octantBase(0) {}
 CircleAndEllipseCommonEvalC &CircleAndEllipseCommonEvalC::operator=(CircleAndEllipseCommonEvalC const &other) {
     CartesianRelationGraphEvalHelperC::operator=(other);
     reachMargin = other.reachMargin;
     stepCount = other.stepCount;
-    lastPointVisible = other.lastPointVisible;
     return *this;
 }
 CircleAndEllipseCommonEvalC::~CircleAndEllipseCommonEvalC() {}
@@ -119,10 +119,17 @@ void CircleAndEllipseCommonEvalC::plot(double a, double b, double h, double k, d
             // All of its room in front: the scratch set is only prepended to.
             if (o.prepend) scratch->clear(SIZE_MAX);
             SetP const &into = o.prepend ? scratch : target;
-            if (o.swap)
-                plot_eighth(b, a, k, h, o.uSign * yStep, o.vSign * xStep, t, true, o.prepend, into);
-            else
-                plot_eighth(a, b, h, k, o.uSign * xStep, o.vSign * yStep, t, false, o.prepend, into);
+            if (o.swap) {
+                if (o.prepend)
+                    plot_eighth<true, true>(b, a, k, h, o.uSign * yStep, o.vSign * xStep, t, into);
+                else
+                    plot_eighth<true, false>(b, a, k, h, o.uSign * yStep, o.vSign * xStep, t, into);
+            } else {
+                if (o.prepend)
+                    plot_eighth<false, true>(a, b, h, k, o.uSign * xStep, o.vSign * yStep, t, into);
+                else
+                    plot_eighth<false, false>(a, b, h, k, o.uSign * xStep, o.vSign * yStep, t, into);
+            }
             if (o.prepend) {
                 // Pending spans go to the scratch set before it is copied.
                 bindSpans(target.get());
@@ -206,12 +213,20 @@ void CircleAndEllipseCommonEvalC::plot_column_run(double x, SetP target) {
     stepCount += rows < 2 ? 2 : rows;
 }
 
+template <bool swap, bool prepend>
 void CircleAndEllipseCommonEvalC::plot_eighth(double au, double av, double cu, double cv, double du, double dv,
-                                              double t, bool swap, bool prepend, SetP set) {
+                                              double t, SetP const &set) {
     double A = au * au;
     double B = av * av;
-    lastPointVisible = false;
+    // The walk's state stays in locals; the step count is stored on every way out.
+    bool lastVisible = false;
     bool left = false;
+    unsigned long steps = stepCount;
+    struct StoreSteps {
+        unsigned long &to;
+        unsigned long const &from;
+        ~StoreSteps() { to = from; }
+    } storeSteps{stepCount, steps};
     if (!set) return;
     // The octant's points go to set, as single-point spans; its own points
     // are those from octantBase on (the set may hold earlier octants').
@@ -245,8 +260,40 @@ void CircleAndEllipseCommonEvalC::plot_eighth(double au, double av, double cu, d
     double Hu = 2 * B * du * du;
     double Hv = 2 * A * dv * dv;
 
+    // The window in locals, for the visibility test of every point, and the
+    // rows where a point may share a span with its neighbour in the column
+    // (strictly between the centres of the outermost rows, where the
+    // emission's clamps leave a run as it is; computed as the emission does).
+    Box box = {leftEdge, rightEdge, bottomEdge, topEdge, yHalfStep + bottomEdge, topEdge - yHalfStep};
+    // Two consecutive points of the path in one column go out as one span:
+    // the same two points as two single-point spans, provided their rows
+    // differ, which holds while U and V stay within a fraction of a pixel of
+    // the centres they stand for. Each step adds at most half an ulp, the
+    // walk takes fewer than 2^20 steps (see the class comment), so
+    // magnitudes below 2^28 pixels keep the drift under 1/16 pixel. Row
+    // indices must also fit the emission's signed 16 bits.
+    auto pairable = [&](double u, double v) {
+        double m = std::fabs(u) > std::fabs(v) ? std::fabs(u) : std::fabs(v);
+        double e = std::fabs(leftEdge);
+        if (std::fabs(rightEdge) > e) e = std::fabs(rightEdge);
+        if (std::fabs(bottomEdge) > e) e = std::fabs(bottomEdge);
+        if (std::fabs(topEdge) > e) e = std::fabs(topEdge);
+        if (e > m) m = e;
+        double big = uCell > vCell ? uCell : vCell;
+        double small = uCell < vCell ? uCell : vCell;
+        m += 0x1p20 * big;
+        return pixelRows <= 32767 && m <= 0x1p28 * small;
+    };
+    // An empty range of rows where no point may join.
+    auto noPairs = [&] {
+        box.pairLow = std::numeric_limits<double>::infinity();
+        box.pairHigh = -box.pairLow;
+    };
+    if (!pairable(U, V)) noPairs();
+    Held held = {0, false};
+
     // The slope point belongs to the swapped octant of its pair.
-    if (swap) plot_point(U, V, swap, prepend, &left);
+    if (swap) left = plot_point<swap, prepend, false>(U, V, box, held, lastVisible);
 
     // The pixel boundary nearest the centre.
     double uEnd = uEdge + std::floor((cu - uEdge) / uCell + 0.5) * uCell;
@@ -261,19 +308,22 @@ void CircleAndEllipseCommonEvalC::plot_eighth(double au, double av, double cu, d
         double q = (U - 0.5 * du - cu) / std::fabs(au);
         double r = (1 - q) * (1 + q);
         V = snap(cv + s2 * std::fabs(av) * std::sqrt(r > 0 ? r : 0), vEdge, vCell);
+        if (!pairable(U, V)) noPairs();
+        held.on = false; // the walk jumps: no column is shared across the gap
         startAt(U, V);
         if (!std::isfinite(F)) return;
     }
 
+    double const uStop = uEnd - du;
     while (reach.near) {
-        if (!(du > 0 ? U < uEnd - du : U > uEnd - du)) break;
+        if (!(du > 0 ? U < uStop : U > uStop)) break;
         // Past the window nothing more can show; the rest of the walk is skipped.
         if (s1 * U > reach.out) break;
-        ++stepCount;
+        ++steps;
         if (F < 0) { // midpoint inside: step outwards on v first, as its own point
             V = V + dv;
-            plot_point(U, V, swap, prepend, &left);
-            if (left) break;
+            // Straight out on v: in the column of the last point when u is x.
+            if (plot_point<swap, prepend, !swap>(U, V, box, held, lastVisible)) break;
             F = Gv + Gu + F;
             Gv = Hv + Gv;
         } else {
@@ -283,12 +333,13 @@ void CircleAndEllipseCommonEvalC::plot_eighth(double au, double av, double cu, d
         double U2 = U + du;
         if (U2 == U) break; // the step is lost in rounding
         Gu = Hu + Gu;
-        plot_point(U2, V, swap, prepend, &left);
+        // Along u: in the column of the last point when u is y.
+        left = plot_point<swap, prepend, swap>(U2, V, box, held, lastVisible);
         U = U2;
         if (left) break;
     }
 
-    if (lastPointVisible && long(boundCount()) != octantBase) {
+    if (lastVisible && long(boundCount()) != octantBase) {
         if (prepend)
             openStretchAt(octantBase);
         else
@@ -346,34 +397,40 @@ CircleAndEllipseCommonEvalC::Reach CircleAndEllipseCommonEvalC::window_reach(dou
     return reach;
 }
 
-void CircleAndEllipseCommonEvalC::plot_point(double u, double v, bool swap, bool prepend, bool *left) {
+template <bool swap, bool prepend, bool column>
+inline bool CircleAndEllipseCommonEvalC::plot_point(double u, double v, Box const &box, Held &held,
+                                                    bool &lastVisible) {
     double x = swap ? v : u;
     double y = swap ? u : v;
-    bool visible = x >= leftEdge && x <= rightEdge && y >= bottomEdge && y <= topEdge;
-    unsigned char marker = 0;
-    if (visible != bool(lastPointVisible)) {
-        // A prepending octant reads backwards, so its entering point ends a stretch.
-        if (visible) {
-            marker = prepend ? ds::PixelPointC::LAST_VISIBLE : ds::PixelPointC::FIRST_VISIBLE;
+    bool visible = x >= box.left && x <= box.right && y >= box.bottom && y <= box.top;
+    if (visible) {
+        bool inner = y > box.pairLow && y < box.pairHigh;
+        // A point in the last one's column joins its span, if still pending.
+        if (column && held.on && inner && y != held.y && extendLastSpan(y)) {
+            held.on = false;
         } else {
-            marker = prepend ? ds::PixelPointC::FIRST_VISIBLE : ds::PixelPointC::LAST_VISIBLE;
-            *left = true;
+            pushSpan(COLUMNS, prepend ? FRONT : BACK, x, y, y);
+            held.on = inner;
+            held.y = y;
         }
+    } else {
+        held.on = false;
     }
-    if (visible) pushSpan(COLUMNS, prepend ? FRONT : BACK, x, y, y);
+    if (visible == lastVisible) return false;
+    // A prepending octant reads backwards, so its entering point ends a stretch.
     // Entering marks the end opposite to the one just written, leaving marks
     // the end written last; on the first entry both ends are the one point.
-    if (marker != 0) {
-        long count = long(boundCount()) - octantBase;
-        if (count != 0) {
-            long index = octantBase + ((prepend && visible) || (!prepend && !visible) ? count - 1 : 0);
-            if (marker == ds::PixelPointC::FIRST_VISIBLE)
-                openStretchAt(index);
-            else
-                closeStretchAt(index);
-        }
+    lastVisible = visible;
+    long count = long(boundCount()) - octantBase;
+    if (count != 0) {
+        long index = octantBase + (prepend == visible ? count - 1 : 0);
+        if (visible != prepend)
+            openStretchAt(index);
+        else
+            closeStretchAt(index);
     }
-    lastPointVisible = visible;
+    // Leaving the window ends the octant.
+    return !visible;
 }
 
 bool CircleAndEllipseCommonEvalC::approx_equal(double p, double q, double step, double origin) const {

@@ -53,6 +53,17 @@ protected:
     double reachMargin;
 
 private:
+    // The window's edges, and the range of y where a point may share a span.
+    struct Box {
+        double left, right, bottom, top;
+        double pairLow, pairHigh;
+    };
+    // The point pushed last, as a span of its own; on: whether the next point
+    // may join that span (it may be flushed by then: see extendLastSpan).
+    struct Held {
+        double y;
+        bool on;
+    };
     // Along one octant's walk, in walk order (w = u for a walk towards larger
     // u, w = -u otherwise): where its arc first and last lies within a few
     // pixels of the window.
@@ -66,16 +77,20 @@ private:
                             SetP target);
     void plot_row_run(double y, SetP target);
     void plot_column_run(double x, SetP target);
-    void plot_eighth(double au, double av, double cu, double cv, double du, double dv, double t, bool swap,
-                     bool prepend, SetP set);
+    // One octant walked from its slope point; swap and prepend as in the octant table.
+    template <bool swap, bool prepend>
+    void plot_eighth(double au, double av, double cu, double cv, double du, double dv, double t,
+                     SetP const &set);
     Reach window_reach(double au, double av, double cu, double cv, double du, double dv, double uStart,
                        double vStart, bool swap) const;
-    void plot_point(double u, double v, bool swap, bool prepend, bool *left);
+    // Offers one point of the walk; lastVisible is whether the previous one
+    // lay in the window, box the window. True when the walk has just left it.
+    // column: the point lies in the column of the one before it.
+    template <bool swap, bool prepend, bool column>
+    bool plot_point(double u, double v, Box const &box, Held &held, bool &lastVisible);
     bool approx_equal(double p, double q, double step, double origin) const;
 
     unsigned long stepCount;
-    // Whether the previous point an octant offered lay inside the window.
-    bool lastPointVisible;
     // Points the bound set held when the current octant began.
     long octantBase;
     // Where prepending octants are walked before they are appended.

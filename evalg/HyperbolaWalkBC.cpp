@@ -1,6 +1,8 @@
 #include "evalg/HyperbolaWalkBC.h"
 
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <new>
 
@@ -63,6 +65,12 @@ void HyperbolaWalkBC::plotBranches(BranchFrame const &fr, AxisE axis, SetP targe
     bool vertexInside = vertexCell >= 0 && vertexCell < fr.cells;
     int upperFirst = vertexCell < 0 ? 0 : vertexInside ? oss::IntegerConversionC::toInt32(vertexCell) : fr.cells;
     int lowerFirst = upperFirst - 1;
+    std::size_t room = 2 * std::size_t(fr.cells) + 8;
+    SetP lower;
+    // Each side's halves cover each cell once, at most two points a cell and
+    // one more at the vertex: room for both sides up front, so the target
+    // never grows (and copies) during the walk.
+    target->reserve(0, 2 * room);
 
     for (int side = -1; side <= 1; side += 2) {
         // a = 0: both branches are the line f = cf; drawn once.
@@ -70,9 +78,14 @@ void HyperbolaWalkBC::plotBranches(BranchFrame const &fr, AxisE axis, SetP targe
         // Wholly beyond the window on its own side, with its vertex.
         double vertexF = fr.cf + side * fr.fStep * p;
         if (side > 0 ? vertexF > fr.fHi : vertexF < fr.fLo) continue;
-        SetP lower(new (std::nothrow) ds::GraphDataSetWinC(402, 401, domain));
-        SetP upper(new (std::nothrow) ds::GraphDataSetWinC(402, 0, domain));
-        if (!lower || !upper) continue; // a failed allocation leaves the branch out
+        // The lower half is walked backwards, from the vertex out, so it is
+        // prepended into a scratch set and copied; the upper half reads
+        // forwards and goes straight behind it in the target. The scratch set
+        // holds a whole half (two points per cell) without growing, and
+        // serves both sides.
+        if (!lower) lower = SetP(new (std::nothrow) ds::GraphDataSetWinC(room, room, domain));
+        if (!lower) continue; // a failed allocation leaves the branch out
+        lower->clear(SIZE_MAX);
         auto f = [&](double g) { return fr.cf + side * fr.fStep * g; };
 
         // Cells first, first + d, ... of one half; each span reads along the
@@ -113,6 +126,15 @@ void HyperbolaWalkBC::plotBranches(BranchFrame const &fr, AxisE axis, SetP targe
             return firstMet;
         };
 
+        // The lower half first: it precedes the upper one in the target.
+        bool lowerJoins = false;
+        if (!rays) lowerJoins = walkHalf(lowerFirst, -1, FRONT, lower) && vertexInside;
+        // Its pending spans go out to it before it is read.
+        bindSpans(target.get());
+        unsigned int lowerCount = lower->getCount();
+        target->appendPixelPoints(lower, false);
+        long upperBase = long(boundCount());
+
         // The vertex cell opens the upper half: lower edge, vertex, upper edge.
         bool upperJoins = false;
         int next = upperFirst;
@@ -124,7 +146,6 @@ void HyperbolaWalkBC::plotBranches(BranchFrame const &fr, AxisE axis, SetP targe
             double fV = f(p);
             if (meets(fV, f(gLo > gHi ? gLo : gHi))) {
                 double fTip = clamp(fV);
-                bindSpans(upper.get());
                 pushSpan(axis, BACK, centre(upperFirst), clamp(f(gLo)), fTip);
                 // Back out to the upper edge, unless that ends in the vertex's own pixel.
                 double fOut = clamp(f(gHi));
@@ -132,26 +153,19 @@ void HyperbolaWalkBC::plotBranches(BranchFrame const &fr, AxisE axis, SetP targe
                 upperJoins = true;
             }
         }
-        bool lowerJoins = false;
-        if (!rays) {
-            walkHalf(next, +1, BACK, upper);
-            lowerJoins = walkHalf(lowerFirst, -1, FRONT, lower) && vertexInside;
-        }
+        if (!rays) walkHalf(next, +1, BACK, target);
 
-        // The halves' pending spans go out to their sets before these are read.
-        bindSpans(target.get());
         // Both halves meet the window next to the vertex: one stretch.
         bool joined = upperJoins && lowerJoins;
-        if (lower->getCount() != 0) {
-            addStartMarker(firstMarker(lower));
-            if (!joined) addEndMarker(lastMarker(lower));
+        long upperEnd = long(boundCount());
+        if (lowerCount != 0) {
+            openStretchAt(upperBase - long(lowerCount));
+            if (!joined) closeStretchAt(upperBase - 1);
         }
-        if (upper->getCount() != 0) {
-            if (!joined) addStartMarker(firstMarker(upper));
-            addEndMarker(lastMarker(upper));
+        if (upperEnd != upperBase) {
+            if (!joined) openStretchAt(upperBase);
+            closeStretchAt(upperEnd - 1);
         }
-        target->appendPixelPoints(lower, false);
-        target->appendPixelPoints(upper, false);
     }
     return;
 }
