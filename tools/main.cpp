@@ -62,7 +62,12 @@ int main(int argc, char **argv) {
     CLI::App app{"evalg: draw, tabulate and sketch relations with the evalg graph library.", "evalg"};
     app.require_subcommand(1);
     app.set_version_flag("--version", std::string("evalg ") + EVALG_VERSION);
-    app.footer("Commands: plot, table, sketch to-pixels, sketch from-pixels, gallery.\n"
+    app.footer("Examples:\n"
+               "  evalg plot \"y = x^2\"                       a braille picture in the terminal\n"
+               "  evalg plot \"x^2 + y^2 = 9\" -o circle.png   drawn by the exact circle rasteriser\n"
+               "  evalg plot \"y < sin(x)\" --and \"r = 1 + cos(θ)\" -o two.svg\n"
+               "  evalg table \"y = x^2\" --from -2 --to 2 --step 0.5\n"
+               "Commands: plot, table, sketch to-pixels, sketch from-pixels, gallery.\n"
                "Run 'evalg gallery' to draw every kind into ./gallery (open gallery/index.html).\n"
                "Exit status: 0 done, 2 bad input (no file written), 1 the output could not be written.");
 
@@ -86,7 +91,9 @@ int main(int argc, char **argv) {
     plotCommand->add_flag("--smooth", plot.smooth, "SVG: each stretch a smooth line rather than its pixels");
     plotCommand->add_option("--width", plot.width,
                             "N: the text picture's width in characters; default the terminal's, else 80");
-    plotCommand->footer(kindsHelp());
+    plotCommand->footer("Examples: evalg plot \"y = x^2\"; evalg plot \"x^2 + y^2 = 9\" --and \"y < sin(x)\" -o two.png;\n"
+                        "evalg plot circle r=3 --format json\n\n" +
+                        kindsHelp());
 
     TableOptions table;
     CLI::App *tableCommand = app.add_subcommand("table", "Tabulate a relation's y values at a list of x values");
