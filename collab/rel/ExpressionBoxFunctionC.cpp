@@ -16,12 +16,10 @@ ExpressionBoxFunctionC::ExpressionBoxFunctionC(NodeABC const *h) : h_(new Compil
 ExpressionBoxFunctionC::~ExpressionBoxFunctionC() {}
 
 IntervalC ExpressionBoxFunctionC::enclose(IntervalC const &x, IntervalC const &y) const {
-    // Variables the relation does not use have no value.
-    IntervalC values[] = {IntervalC::none(), IntervalC::none(), IntervalC::none(), IntervalC::none()};
-    static_assert(sizeof values / sizeof values[0] == NodeABC::VARIABLE_COUNT, "one value per variable");
+    CompiledExpressionC::VariableIntervalsT values = CompiledExpressionC::noValues();
     values[VariableNodeC::X] = x;
     values[VariableNodeC::Y] = y;
-    return h_->encloseWith(values);
+    return h_->encloseWith(values.data());
 }
 
 } // namespace rel

@@ -17,12 +17,10 @@ ExpressionCurveFunctionC::ExpressionCurveFunctionC(NodeABC const *x, NodeABC con
 ExpressionCurveFunctionC::~ExpressionCurveFunctionC() {}
 
 void ExpressionCurveFunctionC::enclose(IntervalC const &t, IntervalC &x, IntervalC &y) const {
-    // Variables the relation does not use have no value.
-    IntervalC values[] = {IntervalC::none(), IntervalC::none(), IntervalC::none(), IntervalC::none()};
-    static_assert(sizeof values / sizeof values[0] == NodeABC::VARIABLE_COUNT, "one value per variable");
+    CompiledExpressionC::VariableIntervalsT values = CompiledExpressionC::noValues();
     values[VariableNodeC::T] = t;
-    x = x_->encloseWith(values);
-    y = y_->encloseWith(values);
+    x = x_->encloseWith(values.data());
+    y = y_->encloseWith(values.data());
 }
 
 } // namespace rel

@@ -16,11 +16,9 @@ ExpressionParameterFunctionC::ExpressionParameterFunctionC(NodeABC const *r) : r
 ExpressionParameterFunctionC::~ExpressionParameterFunctionC() {}
 
 IntervalC ExpressionParameterFunctionC::enclose(IntervalC const &theta) const {
-    // Variables the relation does not use have no value.
-    IntervalC values[] = {IntervalC::none(), IntervalC::none(), IntervalC::none(), IntervalC::none()};
-    static_assert(sizeof values / sizeof values[0] == NodeABC::VARIABLE_COUNT, "one value per variable");
+    CompiledExpressionC::VariableIntervalsT values = CompiledExpressionC::noValues();
     values[VariableNodeC::THETA] = theta;
-    return r_->encloseWith(values);
+    return r_->encloseWith(values.data());
 }
 
 } // namespace rel

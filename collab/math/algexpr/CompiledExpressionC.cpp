@@ -242,6 +242,12 @@ IntervalC CompiledExpressionC::evaluateWith(IntervalC const *values) const {
     return runIntervals();
 }
 
+CompiledExpressionC::VariableIntervalsT CompiledExpressionC::noValues() {
+    VariableIntervalsT values;
+    values.fill(IntervalC::none());
+    return values;
+}
+
 IntervalC CompiledExpressionC::encloseWith(IntervalC const *values) const {
     IntervalC v = evaluateWith(values);
     return v.overflow ? evaluateWideWith(values) : v;

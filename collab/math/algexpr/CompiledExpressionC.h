@@ -1,6 +1,7 @@
 #ifndef QELT_MATH_ALGEXPR_COMPILEDEXPRESSIONC_H
 #define QELT_MATH_ALGEXPR_COMPILEDEXPRESSIONC_H
 
+#include <array>
 #include <vector>
 
 #include "collab/math/IntervalC.h"
@@ -56,6 +57,10 @@ public:
     IntervalC evaluateWideWith(IntervalC const *values) const;
     // evaluateWith, run again wide where the double run overflowed.
     IntervalC encloseWith(IntervalC const *values) const;
+    // Values for every variable, none of them with a value: a caller sets the
+    // ones its relation uses.
+    using VariableIntervalsT = std::array<IntervalC, NodeABC::VARIABLE_COUNT>;
+    static VariableIntervalsT noValues();
 
     unsigned int getInstructionCount() const { return static_cast<unsigned int>(program_.size()); }
 
