@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string>
 
 class FuzzInputC {
 public:
@@ -52,6 +53,16 @@ public:
     }
 
     bool flag() { return byte() & 1; }
+
+    // An input that is a text and then values: the first byte is the text's
+    // length (cut to the bytes there are); rest reads what follows the text.
+    static std::string textThenValues(uint8_t const *data, size_t size, FuzzInputC &rest) {
+        size_t length = size ? data[0] : 0;
+        if (length > size - (size ? 1 : 0)) length = size - (size ? 1 : 0);
+        size_t start = size ? 1 : 0;
+        rest = FuzzInputC(data + start + length, size - start - length);
+        return std::string(reinterpret_cast<char const *>(data) + start, length);
+    }
 
 private:
     uint8_t const *data_;

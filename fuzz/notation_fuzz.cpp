@@ -53,12 +53,9 @@ void check(qelt::oss::PointerTC<AlgebraicExpressionC> const &e, FuzzInputC &in) 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(uint8_t const *data, size_t size) {
-    // The first byte splits the input: text first, then the sample points.
-    FuzzInputC head(data, size);
-    size_t textLength = size ? head.byte() : 0;
-    if (textLength > size - (size ? 1 : 0)) textLength = size - (size ? 1 : 0);
-    std::string text(reinterpret_cast<char const *>(data) + 1, textLength);
-    FuzzInputC in(data + 1 + textLength, size - (size ? 1 : 0) - textLength);
+    // The text first, then the sample points.
+    FuzzInputC in(nullptr, 0);
+    std::string text = FuzzInputC::textThenValues(data, size, in);
 
     std::string error;
     auto e = AlgebraicExpressionC::fromInfixString(text, &error);
