@@ -1,5 +1,6 @@
 #include "evalg/SpanEmissionC.h"
 
+#include <cmath>
 #include <cstdlib>
 
 #include "collab/oss/IntegerConversionC.h"
@@ -112,47 +113,42 @@ std::size_t SpanEmissionC::pointsScalar(FrameS const &frame, BatchS const &batch
 
 namespace {
 
-// floorQuotient of four lanes at once: the product with the reciprocal
-// where it provably floors to the same integer as the quotient (the bound of
-// IntegerConversionC::floorQuotient, tested the same way), else the IEEE
-// quotient and its floor. Lanes whose index does not fit 32 bits, NaN
-// included, are flagged in bad and left to the scalar path.
-__attribute__((target("avx2"))) inline __m128i floorQuotient4(__m256d n, __m256d d, __m256d inv, __m256d &bad) {
-    __m256d const signBit = _mm256_set1_pd(-0.0);
-    __m256d const limit = _mm256_set1_pd(2147483648.0);
-    __m256d r = _mm256_mul_pd(n, inv);
-    __m256d a = _mm256_andnot_pd(signBit, r);
+// Whether every run end the vector path settles has its index in 0 .. 32767,
+// where the signed and unsigned 16-bit forms of an index agree and never
+// wrap. A span that is not dropped (and holds no NaN) has both clamped ends
+// between the least and the greatest of the gates and clamps: its start is at
+// least the low clamp and, not lying wholly beyond the high gate, at most
+// that gate or the low clamp; its end the same way round. The index of a
+// value is monotone in it (a subtraction, a division by a positive step, a
+// floor), so it lies between the indices of those bounds.
+bool indicesFitSixteenBits(SpanEmissionC::FrameS const &frame) {
+    double low = std::fmin(std::fmin(frame.gateLow, frame.gateHigh), std::fmin(frame.clampLow, frame.clampHigh));
+    double high = std::fmax(std::fmax(frame.gateLow, frame.gateHigh), std::fmax(frame.clampLow, frame.clampHigh));
+    if (!(frame.runStep > 0)) return false;
+    double first = std::floor((low - frame.runOrigin) / frame.runStep);
+    double last = std::floor((high - frame.runOrigin) / frame.runStep);
+    return first >= 0 && last <= 32767;
+}
+
+// The floored product r, clearing ok's lanes where it is not provably the
+// floored quotient: within 2^-17 of an integer.
+__attribute__((target("avx2"))) inline __m256d flooredProduct(__m256d r, __m256d &ok) {
     __m256d fl = _mm256_floor_pd(r);
-    // Exact below 2^52, as the scalar fraction.
-    __m256d frac = _mm256_sub_pd(r, fl);
-    __m256d margin = _mm256_add_pd(_mm256_mul_pd(a, _mm256_set1_pd(0x1p-48)), _mm256_set1_pd(0x1p-1000));
-    __m256d ok = _mm256_and_pd(_mm256_cmp_pd(a, limit, _CMP_LT_OQ),
-                               _mm256_and_pd(_mm256_cmp_pd(frac, margin, _CMP_GT_OQ),
-                                             _mm256_cmp_pd(frac, _mm256_sub_pd(_mm256_set1_pd(1.0), margin),
-                                                           _CMP_LT_OQ)));
-    if (_mm256_movemask_pd(ok) != 0xF) {
-        __m256d q = _mm256_floor_pd(_mm256_div_pd(n, d));
-        __m256d qFits = _mm256_cmp_pd(_mm256_andnot_pd(signBit, q), limit, _CMP_LT_OQ);
-        bad = _mm256_or_pd(bad, _mm256_andnot_pd(ok, _mm256_andnot_pd(qFits, _mm256_castsi256_pd(
-                                                                                _mm256_set1_epi64x(-1)))));
-        fl = _mm256_blendv_pd(q, fl, ok);
-        // A bad lane may hold NaN or a huge value: give the conversion a 0.
-        fl = _mm256_andnot_pd(bad, fl);
-    }
-    return _mm256_cvttpd_epi32(fl);
+    __m256d off = _mm256_andnot_pd(_mm256_set1_pd(-0.0), _mm256_sub_pd(_mm256_sub_pd(r, fl), _mm256_set1_pd(0.5)));
+    ok = _mm256_and_pd(ok, _mm256_cmp_pd(off, _mm256_set1_pd(0.5 - 0x1p-17), _CMP_LT_OQ));
+    return fl;
 }
 
-// Four 64-bit lane masks as four 32-bit ones.
-__attribute__((target("avx2"))) inline __m128i narrow(__m256d mask) {
-    __m128 low = _mm256_castps256_ps128(_mm256_castpd_ps(mask));
-    __m128 high = _mm256_extractf128_ps(_mm256_castpd_ps(mask), 1);
-    return _mm_castps_si128(_mm_shuffle_ps(low, high, _MM_SHUFFLE(2, 0, 2, 0)));
-}
-
-// Four spans at a time. ROWS and FRONT are the frame's orientation and the
-// set's end, fixed for a batch. A group with a lane the vector arithmetic
-// cannot settle (an index beyond 32 bits, NaN) goes to the scalar path whole,
-// so the points keep their order.
+// Four spans at a time, for a frame whose run indices fit (see above). ROWS
+// and FRONT are the frame's orientation and the set's end, fixed for a batch.
+// With the indices in range, a span that is not dropped yields its start
+// cell and, when that is another, its end cell: the start never lies beyond
+// the end the wrong way. An index is the product with the reciprocal where
+// that provably floors as the quotient does (within 2^-17 of no integer,
+// for products below 2^31: wider than the scalar bound, so never a
+// different index), else the IEEE quotient's floor for the whole group. A
+// group with a NaN, or a cell whose index does not fit 32 bits, goes to the
+// scalar path whole, so the points keep their order.
 template <bool ROWS, bool FRONT>
 __attribute__((target("avx2"))) std::size_t pointsAvx2Oriented(SpanEmissionC::FrameS const &frame,
                                                               SpanEmissionC::BatchS const &batch, unsigned n,
@@ -163,58 +159,69 @@ __attribute__((target("avx2"))) std::size_t pointsAvx2Oriented(SpanEmissionC::Fr
     __m256d const clampLow = _mm256_set1_pd(frame.clampLow);
     __m256d const clampHigh = _mm256_set1_pd(frame.clampHigh);
     __m256d const atOrigin = _mm256_set1_pd(frame.atOrigin);
-    __m256d const atStep = _mm256_set1_pd(frame.atStep);
     __m256d const atReciprocal = _mm256_set1_pd(frame.atReciprocal);
     __m256d const runOrigin = _mm256_set1_pd(frame.runOrigin);
-    __m256d const runStep = _mm256_set1_pd(frame.runStep);
     __m256d const runReciprocal = _mm256_set1_pd(frame.runReciprocal);
+    __m256d const signBit = _mm256_set1_pd(-0.0);
+    __m256d const limit = _mm256_set1_pd(2147483648.0);
     __m128i const lastRow = _mm_set1_epi32(frame.pixelRows - 1);
-    __m128i const low16 = _mm_set1_epi32(0xFFFF);
-    __m128i const two = _mm_set1_epi32(2);
+    // Read from memory where used, rather than rebuilt in every group.
+    alignas(16) static int32_t const twos[4] = {2, 2, 2, 2};
     std::ptrdiff_t k = 0;
     unsigned i = 0;
     for (; i + 4 <= n; i += 4) {
         __m256d at = _mm256_loadu_pd(batch.at + i);
         __m256d y1 = _mm256_loadu_pd(batch.from + i);
         __m256d y2 = _mm256_loadu_pd(batch.to + i);
-        // The gates and clamps of clampRun, with its NaN behaviour: ordered
-        // comparisons are false for NaN, !(a >= b) and !(a < b) true.
-        __m256d drop = _mm256_or_pd(
-            _mm256_and_pd(_mm256_cmp_pd(y1, gateLow, _CMP_LT_OQ), _mm256_cmp_pd(y2, gateLow, _CMP_NGE_UQ)),
-            _mm256_and_pd(_mm256_cmp_pd(y1, gateHigh, _CMP_GT_OQ), _mm256_cmp_pd(y2, gateHigh, _CMP_GT_OQ)));
+        // Without NaN, clampRun's gates drop a span whose greater end lies
+        // below the low gate or whose lesser end lies above the high one, and
+        // its clamps raise the lesser end to the low clamp and lower the
+        // greater to the high one; the start is the lesser end when rising.
+        __m256d nan = _mm256_cmp_pd(y1, y2, _CMP_UNORD_Q);
+        __m256d lo = _mm256_min_pd(y1, y2);
+        __m256d hi = _mm256_max_pd(y1, y2);
+        __m256d drop = _mm256_andnot_pd(nan, _mm256_or_pd(_mm256_cmp_pd(hi, gateLow, _CMP_LT_OQ),
+                                                          _mm256_cmp_pd(lo, gateHigh, _CMP_GT_OQ)));
         int dropped = _mm256_movemask_pd(drop);
         if (dropped == 0xF) continue;
         __m256d rising = _mm256_cmp_pd(y1, y2, _CMP_LT_OQ);
-        __m256d startUp = _mm256_blendv_pd(clampLow, y1, _mm256_cmp_pd(y1, clampLow, _CMP_GT_OQ));
-        __m256d endUp = _mm256_blendv_pd(clampHigh, y2, _mm256_cmp_pd(y2, clampHigh, _CMP_LT_OQ));
-        __m256d startDown = _mm256_blendv_pd(y1, clampHigh, _mm256_cmp_pd(y1, clampHigh, _CMP_NLT_UQ));
-        __m256d endDown = _mm256_blendv_pd(clampLow, y2, _mm256_cmp_pd(y2, clampLow, _CMP_GT_OQ));
-        __m256d start = _mm256_blendv_pd(startDown, startUp, rising);
-        __m256d end = _mm256_blendv_pd(endDown, endUp, rising);
+        __m256d low = _mm256_max_pd(lo, clampLow);
+        __m256d high = _mm256_min_pd(hi, clampHigh);
+        __m256d start = _mm256_blendv_pd(high, low, rising);
+        __m256d end = _mm256_blendv_pd(low, high, rising);
 
-        __m256d bad = _mm256_setzero_pd();
-        __m128i cell = floorQuotient4(_mm256_sub_pd(at, atOrigin), atStep, atReciprocal, bad);
-        __m128i first = floorQuotient4(_mm256_sub_pd(start, runOrigin), runStep, runReciprocal, bad);
-        __m128i last = floorQuotient4(_mm256_sub_pd(end, runOrigin), runStep, runReciprocal, bad);
-        if (_mm256_movemask_pd(bad) & ~dropped) {
-            for (unsigned j = i; j < i + 4; ++j)
-                k += scalarSpan(frame, batch.at[j], batch.from[j], batch.to[j], out + k * dir, out + (k + 1) * dir);
-            continue;
+        __m256d atOffset = _mm256_sub_pd(at, atOrigin);
+        __m256d startOffset = _mm256_sub_pd(start, runOrigin);
+        __m256d endOffset = _mm256_sub_pd(end, runOrigin);
+        __m256d cellProduct = _mm256_mul_pd(atOffset, atReciprocal);
+        __m256d ok = _mm256_cmp_pd(_mm256_andnot_pd(signBit, cellProduct), limit, _CMP_LT_OQ);
+        __m256d cellF = flooredProduct(cellProduct, ok);
+        __m256d firstF = flooredProduct(_mm256_mul_pd(startOffset, runReciprocal), ok);
+        __m256d lastF = flooredProduct(_mm256_mul_pd(endOffset, runReciprocal), ok);
+        // Dropped lanes write nothing: whatever they hold is not looked at.
+        if (_mm256_movemask_pd(_mm256_or_pd(_mm256_andnot_pd(nan, ok), drop)) != 0xF) {
+            cellF = _mm256_floor_pd(_mm256_div_pd(atOffset, _mm256_set1_pd(frame.atStep)));
+            firstF = _mm256_floor_pd(_mm256_div_pd(startOffset, _mm256_set1_pd(frame.runStep)));
+            lastF = _mm256_floor_pd(_mm256_div_pd(endOffset, _mm256_set1_pd(frame.runStep)));
+            __m256d fits = _mm256_cmp_pd(_mm256_andnot_pd(signBit, cellF), limit, _CMP_LT_OQ);
+            if (_mm256_movemask_pd(_mm256_or_pd(_mm256_andnot_pd(nan, fits), drop)) != 0xF) {
+                for (unsigned j = i; j < i + 4; ++j)
+                    k += scalarSpan(frame, batch.at[j], batch.from[j], batch.to[j], out + k * dir,
+                                    out + (k + 1) * dir);
+                continue;
+            }
         }
-        // The indices as the scalar conversions keep them: the cell and the
-        // last index unsigned 16 bits, the first signed 16 bits.
-        cell = _mm_and_si128(cell, low16);
-        first = _mm_srai_epi32(_mm_slli_epi32(first, 16), 16);
-        last = _mm_and_si128(last, low16);
+        // The cell as the scalar conversion keeps it: unsigned 16 bits.
+        __m128i cell = _mm_and_si128(_mm256_cvttpd_epi32(cellF), _mm_set1_epi32(0xFFFF));
+        __m128i first = _mm256_cvttpd_epi32(firstF);
+        __m128i last = _mm256_cvttpd_epi32(lastF);
 
-        // Count of points per lane, place()'s rule: none when the start
-        // index lies beyond the end index (after clamping), one when they
-        // are equal, else two. The 64-bit lane masks are narrowed to 32 bits.
-        __m128i ascending = narrow(_mm256_cmp_pd(start, end, _CMP_LT_OQ));
-        __m128i none = _mm_or_si128(_mm_or_si128(_mm_and_si128(ascending, _mm_cmpgt_epi32(first, last)),
-                                                 _mm_andnot_si128(ascending, _mm_cmplt_epi32(first, last))),
-                                    narrow(drop));
-        __m128i count = _mm_andnot_si128(none, _mm_add_epi32(two, _mm_cmpeq_epi32(first, last)));
+        // Two points per lane, one when the cells agree, none when dropped
+        // (its 64-bit lane mask narrowed to 32 bits).
+        __m128 dropLow = _mm256_castps256_ps128(_mm256_castpd_ps(drop));
+        __m128 dropHigh = _mm256_extractf128_ps(_mm256_castpd_ps(drop), 1);
+        __m128i dropped32 = _mm_castps_si128(_mm_shuffle_ps(dropLow, dropHigh, _MM_SHUFFLE(2, 0, 2, 0)));
+        __m128i count = _mm_andnot_si128(dropped32, _mm_add_epi32(_mm_load_si128(reinterpret_cast<__m128i const *>(twos)), _mm_cmpeq_epi32(first, last)));
 
         // Both points of each lane, x then y, as place() forms them.
         __m128i x0, y0, x1, y1i;
@@ -261,6 +268,8 @@ __attribute__((target("avx2"))) std::size_t pointsAvx2Oriented(SpanEmissionC::Fr
 
 std::size_t SpanEmissionC::pointsAvx2(FrameS const &frame, BatchS const &batch, unsigned n, POINT *out,
                                       std::ptrdiff_t dir) {
+    // A frame wider than a window can be (32767 cells): one span at a time.
+    if (!indicesFitSixteenBits(frame)) return pointsScalar(frame, batch, n, out, dir);
     if (frame.rows) return dir < 0 ? pointsAvx2Oriented<true, true>(frame, batch, n, out)
                                    : pointsAvx2Oriented<true, false>(frame, batch, n, out);
     return dir < 0 ? pointsAvx2Oriented<false, true>(frame, batch, n, out)
