@@ -73,6 +73,21 @@ protected:
         spans.to[spanCount - 1] = to;
         return true;
     }
+    // For a walk that writes spans itself in a tight loop: the buffer's
+    // arrays, the number of spans pending, and how many more fit before a
+    // flush. The room is 0 unless the pending spans are of this axis and end
+    // (or there are none). The walk writes spans count onwards, at most room
+    // of them, then sets the new count with commitSpans.
+    struct SpanRoomS {
+        double *at, *from, *to;
+        unsigned int count, room;
+    };
+    SpanRoomS spanRoom(AxisE axis, EndE end) {
+        unsigned char mode = axis | end;
+        unsigned int room = mode == spanMode ? SpanEmissionC::BatchS::CAPACITY - spanCount : 0;
+        return SpanRoomS{spans.at, spans.from, spans.to, spanCount, room};
+    }
+    void commitSpans(unsigned int count) { spanCount = count; }
     // Turns the pending spans into points now.
     void flushSpans() {
         if (spanCount != 0) emitBatch();

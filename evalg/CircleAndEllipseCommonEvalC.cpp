@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <new>
 
@@ -37,6 +38,28 @@ const Octant OCTANTS[8] = {
     {true, +1, -1, false},  // 8: slope point to the leftmost point
 };
 
+// x where keep holds, else -0.0, without a branch: adding the result to a
+// value is then adding x or leaving the value as it is, to the bit.
+inline double keepOrNegativeZero(bool keep, double x) {
+    uint64_t bits;
+    std::memcpy(&bits, &x, sizeof bits);
+    uint64_t mask = 0 - uint64_t(keep);
+    bits = (bits & mask) | (uint64_t(1) << 63 & ~mask);
+    std::memcpy(&x, &bits, sizeof bits);
+    return x;
+}
+
+// a where choose holds, else b, without a branch.
+inline double pick(bool choose, double a, double b) {
+    uint64_t x, y;
+    std::memcpy(&x, &a, sizeof x);
+    std::memcpy(&y, &b, sizeof y);
+    uint64_t mask = 0 - uint64_t(choose);
+    x = (x & mask) | (y & ~mask);
+    std::memcpy(&a, &x, sizeof x);
+    return a;
+}
+
 // The centre of the pixel cell holding c, on a grid of cells of width step
 // starting at edge.
 double snap(double c, double edge, double step) { return edge + (std::floor((c - edge) / step) + 0.5) * step; }
@@ -44,15 +67,16 @@ double snap(double c, double edge, double step) { return edge + (std::floor((c -
 } // namespace
 
 CircleAndEllipseCommonEvalC::CircleAndEllipseCommonEvalC()
-    : reachMargin(3.0), stepCount(0), octantBase(0) {}
+    : reachMargin(3.0), branchFreeSteps(true), stepCount(0), octantBase(0) {}
 // A copy gets its own scratch set when it first plots: sharing one would
 // let two evaluators, perhaps on two threads, write the same set.
 CircleAndEllipseCommonEvalC::CircleAndEllipseCommonEvalC(CircleAndEllipseCommonEvalC const &other)
-    : CartesianRelationGraphEvalHelperC(other), reachMargin(other.reachMargin), stepCount(other.stepCount),
-      octantBase(0) {}
+    : CartesianRelationGraphEvalHelperC(other), reachMargin(other.reachMargin),
+      branchFreeSteps(other.branchFreeSteps), stepCount(other.stepCount), octantBase(0) {}
 CircleAndEllipseCommonEvalC &CircleAndEllipseCommonEvalC::operator=(CircleAndEllipseCommonEvalC const &other) {
     CartesianRelationGraphEvalHelperC::operator=(other);
     reachMargin = other.reachMargin;
+    branchFreeSteps = other.branchFreeSteps;
     stepCount = other.stepCount;
     return *this;
 }
@@ -315,7 +339,83 @@ void CircleAndEllipseCommonEvalC::plot_eighth(double au, double av, double cu, d
     }
 
     double const uStop = uEnd - du;
+    // How far u may run (times s1) and v may (times s2) with every point of a
+    // step visible, its y strictly between the pairing rows, and the loop
+    // going on. Three cells to spare cover the walk's drift.
+    double uRun = swap ? (s1 > 0 ? box.pairHigh : -box.pairLow) : (s1 > 0 ? box.right : -box.left);
+    if (reach.out < uRun) uRun = reach.out;
+    if (s1 * uStop - uCell < uRun) uRun = s1 * uStop - uCell;
+    uRun -= 3 * uCell;
+    double const vRun = (swap ? (s2 > 0 ? box.right : -box.left) : (s2 > 0 ? box.pairHigh : -box.pairLow)) -
+                        3 * vCell;
     while (reach.near) {
+        // Deep inside the window every step plots the same way, with no
+        // marker to set: run such steps without a branch on the decision
+        // value, whose sign follows the curve and defeats prediction.
+        if (lastVisible && branchFreeSteps) {
+            SpanRoomS out = spanRoom(COLUMNS, prepend ? FRONT : BACK);
+            double k = (uRun - s1 * U) / uCell;
+            double kv = (vRun - s2 * V) / vCell;
+            if (kv < k) k = kv;
+            if (double(out.room) < k) k = double(out.room);
+            // Along x the last point must still be a span of its own, for the
+            // next step out on v to join; along y the last point must lie
+            // between the pairing rows, as the steps' points will.
+            bool ready = swap ? U > box.pairLow && U < box.pairHigh : held.on;
+            if (ready && out.count != 0 && k >= 4) {
+                unsigned int c = out.count;
+                // Along y: whether the last span holds one point, which the
+                // next point in its column joins.
+                unsigned int single = held.on ? 1 : 0;
+                for (long n = long(k); n > 0; --n) {
+                    ++steps;
+                    bool inside = F < 0;
+                    // Adding -0.0 leaves every value as it is, so each sum is
+                    // the one the stepping below takes on either side.
+                    V = V + keepOrNegativeZero(inside, dv);
+                    if (!swap) out.to[c - 1] = V; // the step out joins the last point's span
+                    F = (Gu + keepOrNegativeZero(inside, Gv)) + F;
+                    Gv = Gv + keepOrNegativeZero(inside, Hv);
+                    if (!std::isfinite(F)) {
+                        if (swap && inside) { // the step out was plotted, on its own
+                            out.at[c] = V;
+                            out.from[c] = U;
+                            out.to[c] = U;
+                            ++c;
+                        }
+                        commitSpans(c);
+                        return;
+                    }
+                    double U2 = U + du;
+                    Gu = Hu + Gu;
+                    if (swap) {
+                        // A new span from the step out to the step along, or
+                        // from the step along alone; or the step along joins
+                        // the last span, which held one point.
+                        // The span starts at U unless U is already in
+                        // another column's span (no step out, no single).
+                        unsigned int fresh = (inside ? 1u : 0u) | (single ^ 1u);
+                        unsigned int i = c - 1 + fresh;
+                        double from = pick(inside || single != 0, U, U2);
+                        out.at[i] = V;
+                        out.from[i] = from;
+                        out.to[i] = U2;
+                        c += fresh;
+                        single = (inside ? 0u : 1u) & (single ^ 1u);
+                    } else {
+                        out.at[c] = U2;
+                        out.from[c] = V;
+                        out.to[c] = V;
+                        ++c;
+                    }
+                    U = U2;
+                }
+                commitSpans(c);
+                held.on = swap ? single != 0 : true;
+                held.y = swap ? U : V;
+                continue;
+            }
+        }
         if (!(du > 0 ? U < uStop : U > uStop)) break;
         // Past the window nothing more can show; the rest of the walk is skipped.
         if (s1 * U > reach.out) break;

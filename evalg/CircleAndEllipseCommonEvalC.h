@@ -51,6 +51,9 @@ protected:
     // margin walks every octant whole, from its slope point, as the plain
     // method does: the same pixels, at full cost.
     double reachMargin;
+    // Whether steps deep inside the window run without a branch on the
+    // decision value (the same points; off only to compare the two).
+    bool branchFreeSteps;
 
 private:
     // The window's edges, and the range of y where a point may share a span.

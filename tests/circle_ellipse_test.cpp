@@ -141,6 +141,41 @@ TEST(ConicShape, RandomEllipsesAreTracedWithinBoundedSteps) {
     }
 }
 
+// Steps deep inside the window run without a branch on the decision value;
+// they must give what the plain step loop gives, point for point, marker for
+// marker and step for step. Windows up to 2000 pixels a side so that long
+// runs occur, square and stretched pixels, radii from a few pixels to 10^11,
+// centres near and far.
+template <class EvalT, class RelationT>
+struct Plain : EvalT {
+    Plain() { this->branchFreeSteps = false; }
+};
+TEST(ConicShape, BranchFreeStepsMatchThePlainLoop) {
+    Rng rng(23);
+    int compared = 0;
+    for (int n = 0; n < 3000; ++n) {
+        Window w{rng.uniform(-9, 0), rng.uniform(1, 9), rng.uniform(-9, 0), rng.uniform(1, 9),
+                 (unsigned short)(2 + rng.below(n % 4 ? 400 : 2000)), (unsigned short)(2 + rng.below(n % 4 ? 400 : 2000))};
+        double xs = (w.xMax - w.xMin) / (w.m - 1), ys = (w.yMax - w.yMin) / (w.n - 1), t = rng.uniform(0, 7);
+        double a = xs * std::exp(rng.uniform(0, n % 7 ? 8 : 25)), b = n % 3 ? ys * std::exp(rng.uniform(0, 8)) : a;
+        Conic c{rng.uniform(w.xMin, w.xMax) - a * std::cos(t), rng.uniform(w.yMin, w.yMax) - b * std::sin(t), a, b};
+        unsigned long fastSteps = 0, plainSteps = 0;
+        std::vector<Pt> fast, plain;
+        if (a == b) {
+            fast = drawCounted<evalg::CircleEvalC, rel::CircleC>(w, &fastSteps, c.h, c.k, a);
+            plain = drawCounted<Plain<evalg::CircleEvalC, rel::CircleC>, rel::CircleC>(w, &plainSteps, c.h, c.k, a);
+        } else {
+            fast = drawCounted<evalg::EllipseEvalC, rel::EllipseC>(w, &fastSteps, c.h, c.k, a, b);
+            plain = drawCounted<Plain<evalg::EllipseEvalC, rel::EllipseC>, rel::EllipseC>(w, &plainSteps, c.h, c.k,
+                                                                                        a, b);
+        }
+        ASSERT_EQ(fast, plain) << "case " << n;
+        ASSERT_EQ(fastSteps, plainSteps) << "case " << n;
+        compared += fast.size() > 8;
+    }
+    EXPECT_GT(compared, 2000);
+}
+
 // Deep zoom: a radius of 10^9 pixels, and a centre 10^12 pixels away, across
 // the 161x101 window. The approach is skipped: only the window's pixels cost.
 TEST(ConicShape, DeepZoomIsCorrectAndCheap) {
