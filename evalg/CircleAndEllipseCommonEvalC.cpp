@@ -6,6 +6,10 @@
 #include <limits>
 #include <new>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 #include "collab/ds/PixelPointC.h"
 #include "collab/oss/IntegerConversionC.h"
 #include "evalg/GraphDomainServiceNames.h"
@@ -38,15 +42,15 @@ const Octant OCTANTS[8] = {
     {true, +1, -1, false},  // 8: slope point to the leftmost point
 };
 
-// x where keep holds, else -0.0, without a branch: adding the result to a
-// value is then adding x or leaving the value as it is, to the bit.
-inline double keepOrNegativeZero(bool keep, double x) {
-    uint64_t bits;
-    std::memcpy(&bits, &x, sizeof bits);
-    uint64_t mask = 0 - uint64_t(keep);
-    bits = (bits & mask) | (uint64_t(1) << 63 & ~mask);
-    std::memcpy(&x, &bits, sizeof bits);
-    return x;
+// a where f < 0, else b (so b for a NaN f), without a branch where the
+// target allows: the mask comes straight from the comparison.
+inline double ifNegative(double f, double a, double b) {
+#if defined(__SSE2__)
+    __m128d m = _mm_cmplt_sd(_mm_set_sd(f), _mm_setzero_pd());
+    return _mm_cvtsd_f64(_mm_or_pd(_mm_and_pd(m, _mm_set_sd(a)), _mm_andnot_pd(m, _mm_set_sd(b))));
+#else
+    return f < 0 ? a : b;
+#endif
 }
 
 // a where choose holds, else b, without a branch.
@@ -369,13 +373,16 @@ void CircleAndEllipseCommonEvalC::plot_eighth(double au, double av, double cu, d
                 unsigned int single = held.on ? 1 : 0;
                 for (long n = long(k); n > 0; --n) {
                     ++steps;
+                    // Both sides' sums, as the plain loop forms them, and
+                    // the one the sign of F picks: the next F waits on an
+                    // addition and a mask, not on a chain of selections.
                     bool inside = F < 0;
-                    // Adding -0.0 leaves every value as it is, so each sum is
-                    // the one the stepping below takes on either side.
-                    V = V + keepOrNegativeZero(inside, dv);
+                    double Fin = Gv + Gu + F;
+                    double Fout = Gu + F;
+                    V = ifNegative(F, V + dv, V);
+                    Gv = ifNegative(F, Hv + Gv, Gv);
+                    F = ifNegative(F, Fin, Fout);
                     if (!swap) out.to[c - 1] = V; // the step out joins the last point's span
-                    F = (Gu + keepOrNegativeZero(inside, Gv)) + F;
-                    Gv = Gv + keepOrNegativeZero(inside, Hv);
                     if (!std::isfinite(F)) {
                         if (swap && inside) { // the step out was plotted, on its own
                             out.at[c] = V;
