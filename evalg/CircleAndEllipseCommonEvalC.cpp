@@ -86,6 +86,8 @@ CircleAndEllipseCommonEvalC &CircleAndEllipseCommonEvalC::operator=(CircleAndEll
 }
 CircleAndEllipseCommonEvalC::~CircleAndEllipseCommonEvalC() {}
 
+unsigned int CircleAndEllipseCommonEvalC::pointsPerCell() const { return 4; }
+
 void CircleAndEllipseCommonEvalC::plot(double a, double b, double h, double k, double xStep, double yStep,
                                        SetP target) {
     stepCount = 0;

@@ -43,6 +43,10 @@ public:
     static constexpr long APPROACH_LIMIT = 65536;
 
 protected:
+    // A closed curve: its visible arcs are no longer than the window's
+    // perimeter, about 2 (columns + rows) pixels along a 4-connected path.
+    unsigned int pointsPerCell() const override;
+
     void plot(double a, double b, double h, double k, double xStep, double yStep, SetP target);
 
     // How far outside the window, in pixels, an arc still counts as near it.

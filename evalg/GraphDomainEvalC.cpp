@@ -45,17 +45,18 @@ oss::PointerTC<ds::GraphDataSetWinC> GraphDomainEvalC::beginEvaluation(
     bool &domainSet) {
     domainSet = setDomain(domain);
     if (domainSet) {
-        // Sized from the window rather than by the fixed hints: a walk brings
-        // at most two points per column or row (a few more at a vertex), so
-        // it never has to grow the set. Where the hints put room in front
+        // Sized from the window rather than by the fixed hints, so that a
+        // walk never has to grow the set. Where the hints put room in front
         // (walks that prepend), as much again goes in front.
         unsigned int cells = pixelColumns > pixelRows ? pixelColumns : pixelRows;
-        unsigned int room = 2 * cells + 8;
+        unsigned int room = pointsPerCell() * cells + 16;
         first = second != 0 ? 2 * room : room;
         second = second != 0 ? room : 0;
     }
     return oss::PointerTC<ds::GraphDataSetWinC>(new (std::nothrow) ds::GraphDataSetWinC(first, second, domain));
 }
+
+unsigned int GraphDomainEvalC::pointsPerCell() const { return 2; }
 
 double GraphDomainEvalC::round_to_left(double v) const {
     double c = xStep * std::floor((v - leftEdge) / xStep) + leftEdge;

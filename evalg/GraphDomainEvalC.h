@@ -34,6 +34,11 @@ protected:
                                                          unsigned int first, unsigned int second,
                                                          bool &domainSet);
 
+    // The most points a walk brings per cell of the window's longer side,
+    // for sizing the result set up front: two for a curve that is a function
+    // of the walked axis (a run per cell, a few more at a vertex).
+    virtual unsigned int pointsPerCell() const;
+
     double round_to_left(double v) const;
     double round_to_right(double v) const;
     double round_to_bottom(double v) const;

@@ -25,6 +25,8 @@ HyperbolaWalkBC::HyperbolaWalkBC(HyperbolaWalkBC const &) = default;
 HyperbolaWalkBC &HyperbolaWalkBC::operator=(HyperbolaWalkBC const &) = default;
 HyperbolaWalkBC::~HyperbolaWalkBC() {}
 
+unsigned int HyperbolaWalkBC::pointsPerCell() const { return 4; }
+
 void HyperbolaWalkBC::plotBranches(BranchFrame const &fr, AxisE axis, SetP target) {
     unsigned long &steps = stepCount;
     steps = 0;
@@ -68,8 +70,8 @@ void HyperbolaWalkBC::plotBranches(BranchFrame const &fr, AxisE axis, SetP targe
     std::size_t room = 2 * std::size_t(fr.cells) + 8;
     SetP lower;
     // Each side's halves cover each cell once, at most two points a cell and
-    // one more at the vertex: room for both sides up front, so the target
-    // never grows (and copies) during the walk.
+    // one more at the vertex: room for both sides up front (the set comes
+    // sized so), so the target never grows (and copies) during the walk.
     target->reserve(0, 2 * room);
 
     for (int side = -1; side <= 1; side += 2) {

@@ -21,6 +21,8 @@ public:
     unsigned long getStepCount() const { return stepCount; }
 
 protected:
+    // Two branches, each a run per cell of the walked axis.
+    unsigned int pointsPerCell() const override;
     // The curve f = cf -+ |af| sqrt(1 + ((w - cw)/aw)^2) over the window, in the
     // walk's frame: w is the axis walked cell by cell, f the one spanned.
     struct BranchFrame {
