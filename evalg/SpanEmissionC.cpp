@@ -130,6 +130,26 @@ bool indicesFitSixteenBits(SpanEmissionC::FrameS const &frame) {
     return first >= 0 && last <= 32767;
 }
 
+// For each set of dropped lanes (bits 0-3) and lanes whose two cells agree
+// (bits 4-7): where lanes 1, 2 and 3 start writing, counted from lane 0, and
+// how many points the four bring, one byte each.
+struct LaneOffsetsS {
+    uint32_t packed[256];
+};
+constexpr LaneOffsetsS makeLaneOffsets() {
+    LaneOffsetsS t{};
+    for (unsigned m = 0; m < 256; ++m) {
+        uint32_t k = 0, packed = 0;
+        for (unsigned j = 0; j < 4; ++j) {
+            if (j > 0) packed |= k << (8 * (j - 1));
+            k += (m >> j & 1) ? 0 : (m >> (4 + j) & 1) ? 1 : 2;
+        }
+        t.packed[m] = packed | k << 24;
+    }
+    return t;
+}
+constexpr LaneOffsetsS laneOffsets = makeLaneOffsets();
+
 // The floored product r, clearing ok's lanes where it is not provably the
 // floored quotient: within 2^-17 of an integer.
 __attribute__((target("avx2"))) inline __m256d flooredProduct(__m256d r, __m256d &ok) {
@@ -145,10 +165,11 @@ __attribute__((target("avx2"))) inline __m256d flooredProduct(__m256d r, __m256d
 // cell and, when that is another, its end cell: the start never lies beyond
 // the end the wrong way. An index is the product with the reciprocal where
 // that provably floors as the quotient does (within 2^-17 of no integer,
-// for products below 2^31: wider than the scalar bound, so never a
-// different index), else the IEEE quotient's floor for the whole group. A
-// group with a NaN, or a cell whose index does not fit 32 bits, goes to the
-// scalar path whole, so the points keep their order.
+// for the products of indices in range, all below 2^16: wider than the
+// scalar bound, so never a different index), else the IEEE quotient's floor
+// for the whole group. A group with a NaN, or a cell outside 0 .. 65535 (the
+// walks keep theirs in the grid), goes to the scalar path whole, so the
+// points keep their order.
 template <bool ROWS, bool FRONT>
 __attribute__((target("avx2"))) std::size_t pointsAvx2Oriented(SpanEmissionC::FrameS const &frame,
                                                               SpanEmissionC::BatchS const &batch, unsigned n,
@@ -162,11 +183,10 @@ __attribute__((target("avx2"))) std::size_t pointsAvx2Oriented(SpanEmissionC::Fr
     __m256d const atReciprocal = _mm256_set1_pd(frame.atReciprocal);
     __m256d const runOrigin = _mm256_set1_pd(frame.runOrigin);
     __m256d const runReciprocal = _mm256_set1_pd(frame.runReciprocal);
-    __m256d const signBit = _mm256_set1_pd(-0.0);
-    __m256d const limit = _mm256_set1_pd(2147483648.0);
-    __m128i const lastRow = _mm_set1_epi32(frame.pixelRows - 1);
-    // Read from memory where used, rather than rebuilt in every group.
-    alignas(16) static int32_t const twos[4] = {2, 2, 2, 2};
+    __m256d const zero = _mm256_setzero_pd();
+    __m256d const cells = _mm256_set1_pd(65536.0);
+    __m256d const lastRow = _mm256_set1_pd(double(frame.pixelRows - 1));
+    __m256d const magic = _mm256_set1_pd(0x1.8p52);
     std::ptrdiff_t k = 0;
     unsigned i = 0;
     for (; i + 4 <= n; i += 4) {
@@ -194,7 +214,10 @@ __attribute__((target("avx2"))) std::size_t pointsAvx2Oriented(SpanEmissionC::Fr
         __m256d startOffset = _mm256_sub_pd(start, runOrigin);
         __m256d endOffset = _mm256_sub_pd(end, runOrigin);
         __m256d cellProduct = _mm256_mul_pd(atOffset, atReciprocal);
-        __m256d ok = _mm256_cmp_pd(_mm256_andnot_pd(signBit, cellProduct), limit, _CMP_LT_OQ);
+        // A cell within 16 bits, as the scalar conversion keeps it, without
+        // wrapping: the walks' cells are in the grid.
+        __m256d ok = _mm256_and_pd(_mm256_cmp_pd(cellProduct, zero, _CMP_GE_OQ),
+                                   _mm256_cmp_pd(cellProduct, cells, _CMP_LT_OQ));
         __m256d cellF = flooredProduct(cellProduct, ok);
         __m256d firstF = flooredProduct(_mm256_mul_pd(startOffset, runReciprocal), ok);
         __m256d lastF = flooredProduct(_mm256_mul_pd(endOffset, runReciprocal), ok);
@@ -203,7 +226,8 @@ __attribute__((target("avx2"))) std::size_t pointsAvx2Oriented(SpanEmissionC::Fr
             cellF = _mm256_floor_pd(_mm256_div_pd(atOffset, _mm256_set1_pd(frame.atStep)));
             firstF = _mm256_floor_pd(_mm256_div_pd(startOffset, _mm256_set1_pd(frame.runStep)));
             lastF = _mm256_floor_pd(_mm256_div_pd(endOffset, _mm256_set1_pd(frame.runStep)));
-            __m256d fits = _mm256_cmp_pd(_mm256_andnot_pd(signBit, cellF), limit, _CMP_LT_OQ);
+            __m256d fits =
+                _mm256_and_pd(_mm256_cmp_pd(cellF, zero, _CMP_GE_OQ), _mm256_cmp_pd(cellF, cells, _CMP_LT_OQ));
             if (_mm256_movemask_pd(_mm256_or_pd(_mm256_andnot_pd(nan, fits), drop)) != 0xF) {
                 for (unsigned j = i; j < i + 4; ++j)
                     k += scalarSpan(frame, batch.at[j], batch.from[j], batch.to[j], out + k * dir,
@@ -211,53 +235,43 @@ __attribute__((target("avx2"))) std::size_t pointsAvx2Oriented(SpanEmissionC::Fr
                 continue;
             }
         }
-        // The cell as the scalar conversion keeps it: unsigned 16 bits.
-        __m128i cell = _mm_and_si128(_mm256_cvttpd_epi32(cellF), _mm_set1_epi32(0xFFFF));
-        __m128i first = _mm256_cvttpd_epi32(firstF);
-        __m128i last = _mm256_cvttpd_epi32(lastF);
-
-        // Two points per lane, one when the cells agree, none when dropped
-        // (its 64-bit lane mask narrowed to 32 bits).
-        __m128 dropLow = _mm256_castps256_ps128(_mm256_castpd_ps(drop));
-        __m128 dropHigh = _mm256_extractf128_ps(_mm256_castpd_ps(drop), 1);
-        __m128i dropped32 = _mm_castps_si128(_mm_shuffle_ps(dropLow, dropHigh, _MM_SHUFFLE(2, 0, 2, 0)));
-        __m128i count = _mm_andnot_si128(dropped32, _mm_add_epi32(_mm_load_si128(reinterpret_cast<__m128i const *>(twos)), _mm_cmpeq_epi32(first, last)));
-
-        // Both points of each lane, x then y, as place() forms them.
-        __m128i x0, y0, x1, y1i;
+        // Each lane's two points as 64-bit (x, y) pairs: an integer below
+        // 2^51 plus 1.5 * 2^52 leaves it, two's complement, in the low 32
+        // bits; y goes up into the high ones. The indices are exact, so the
+        // rows are too.
+        __m256d x0, y0, x1, y1d;
         if (ROWS) {
-            x0 = first;
-            x1 = last;
-            y0 = y1i = _mm_sub_epi32(lastRow, cell);
+            x0 = _mm256_add_pd(firstF, magic);
+            x1 = _mm256_add_pd(lastF, magic);
+            y0 = y1d = _mm256_add_pd(_mm256_sub_pd(lastRow, cellF), magic);
         } else {
-            x0 = x1 = cell;
-            y0 = _mm_sub_epi32(lastRow, first);
-            y1i = _mm_sub_epi32(lastRow, last);
+            x0 = x1 = _mm256_add_pd(cellF, magic);
+            y0 = _mm256_add_pd(_mm256_sub_pd(lastRow, firstF), magic);
+            y1d = _mm256_add_pd(_mm256_sub_pd(lastRow, lastF), magic);
         }
-        __m128i p0Low = _mm_unpacklo_epi32(x0, y0), p0High = _mm_unpackhi_epi32(x0, y0);
-        __m128i p1Low = _mm_unpacklo_epi32(x1, y1i), p1High = _mm_unpackhi_epi32(x1, y1i);
-        __m128i pairs[4];
-        if (FRONT) {
-            // Written downwards: the end point sits below the start point.
-            pairs[0] = _mm_unpacklo_epi64(p1Low, p0Low);
-            pairs[1] = _mm_unpackhi_epi64(p1Low, p0Low);
-            pairs[2] = _mm_unpacklo_epi64(p1High, p0High);
-            pairs[3] = _mm_unpackhi_epi64(p1High, p0High);
-        } else {
-            pairs[0] = _mm_unpacklo_epi64(p0Low, p1Low);
-            pairs[1] = _mm_unpackhi_epi64(p0Low, p1Low);
-            pairs[2] = _mm_unpacklo_epi64(p0High, p1High);
-            pairs[3] = _mm_unpackhi_epi64(p0High, p1High);
-        }
-        alignas(16) int32_t counts[4];
-        _mm_store_si128(reinterpret_cast<__m128i *>(counts), count);
-        // Each lane writes both its slots; the next lane's points overwrite
-        // what the count leaves out. The room holds two points per span.
+        __m256i p0 =
+            _mm256_blend_epi32(_mm256_castpd_si256(x0), _mm256_slli_epi64(_mm256_castpd_si256(y0), 32), 0xAA);
+        __m256i p1 =
+            _mm256_blend_epi32(_mm256_castpd_si256(x1), _mm256_slli_epi64(_mm256_castpd_si256(y1d), 32), 0xAA);
+        // Lanes 0 and 2, and 1 and 3, as (start, end) pairs; written
+        // downwards when prepending, so the end point sits below the start.
+        __m256i even = FRONT ? _mm256_unpacklo_epi64(p1, p0) : _mm256_unpacklo_epi64(p0, p1);
+        __m256i odd = FRONT ? _mm256_unpackhi_epi64(p1, p0) : _mm256_unpackhi_epi64(p0, p1);
+        // Where each lane's points go: two per lane, one when the cells
+        // agree, none when dropped. Each lane writes both its slots, in lane
+        // order, so the next lane's points overwrite what the count leaves
+        // out; the room holds two points per span.
+        int equal = _mm256_movemask_pd(_mm256_cmp_pd(firstF, lastF, _CMP_EQ_OQ));
+        uint32_t offsets = laneOffsets.packed[unsigned(dropped) | unsigned(equal) << 4];
+        std::ptrdiff_t const firstSlot[4] = {0, std::ptrdiff_t(offsets & 0xFF), std::ptrdiff_t(offsets >> 8 & 0xFF),
+                                             std::ptrdiff_t(offsets >> 16 & 0xFF)};
+        __m128i const pairs[4] = {_mm256_castsi256_si128(even), _mm256_castsi256_si128(odd),
+                                  _mm256_extracti128_si256(even, 1), _mm256_extracti128_si256(odd, 1)};
         for (unsigned j = 0; j < 4; ++j) {
-            POINT *slot = FRONT ? out - k - 1 : out + k;
+            POINT *slot = FRONT ? out - (k + firstSlot[j]) - 1 : out + (k + firstSlot[j]);
             _mm_storeu_si128(reinterpret_cast<__m128i *>(slot), pairs[j]);
-            k += counts[j];
         }
+        k += std::ptrdiff_t(offsets >> 24);
     }
     for (; i < n; ++i)
         k += scalarSpan(frame, batch.at[i], batch.from[i], batch.to[i], out + k * dir, out + (k + 1) * dir);
