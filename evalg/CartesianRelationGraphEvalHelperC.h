@@ -88,6 +88,13 @@ protected:
         return SpanRoomS{spans.at, spans.from, spans.to, spanCount, room};
     }
     void commitSpans(unsigned int count) { spanCount = count; }
+    // The same, with room for at least one span of this axis and end: what
+    // is pending goes out first if it is of another kind or fills the buffer.
+    SpanRoomS openSpans(AxisE axis, EndE end) {
+        unsigned char mode = axis | end;
+        if (mode != spanMode || spanCount == SpanEmissionC::BatchS::CAPACITY) startBatch(mode);
+        return SpanRoomS{spans.at, spans.from, spans.to, spanCount, SpanEmissionC::BatchS::CAPACITY - spanCount};
+    }
     // Turns the pending spans into points now.
     void flushSpans() {
         if (spanCount != 0) emitBatch();

@@ -48,19 +48,24 @@ void HyperbolaWalkBC::plotBranches(BranchFrame const &fr, AxisE axis, SetP targe
     // from its vertex outwards, inside the vertex cell.
     bool rays = !(m * m < inf);
 
-    double fMin = fr.fLo + 0.5 * fr.fStep;
-    double fMax = fr.fHi - 0.5 * fr.fStep;
+    // The frame's numbers in locals: the walk writes spans through pointers
+    // into the buffer, and values read through fr would be read again after
+    // every such store.
+    double const fLo = fr.fLo, fHi = fr.fHi, fStep = fr.fStep, cf = fr.cf;
+    double const wEdge = fr.wEdge, wStep = fr.wStep;
+    double const fMin = fLo + 0.5 * fStep;
+    double const fMax = fHi - 0.5 * fStep;
     // Clamped to the centres of the outermost cells, so every point is in the grid.
     auto clamp = [&](double f) { return f < fMin ? fMin : (f > fMax ? fMax : f); };
-    auto cellOf = [&](double f) { return std::floor((f - fr.fLo) / fr.fStep); };
+    auto cellOf = [&](double f) { return std::floor((f - fLo) / fStep); };
     auto meets = [&](double f1, double f2) {
         double lo = f1 < f2 ? f1 : f2;
         double hi = f1 < f2 ? f2 : f1;
-        return hi >= fr.fLo && lo <= fr.fHi && !std::isnan(f1) && !std::isnan(f2);
+        return hi >= fLo && lo <= fHi && !std::isnan(f1) && !std::isnan(f2);
     };
     auto G = [&](double n) { return p * p + (m * n) * (m * n); }; // (f - cf)^2 in pixels, n cells from cw
-    auto centre = [&](int j) { return fr.wEdge + (j + 0.5) * fr.wStep; };
-    double n0 = (fr.wEdge - fr.cw) / fr.wStep; // edge 0, in cells from the centre
+    auto centre = [&](int j) { return wEdge + (j + 0.5) * wStep; };
+    double n0 = (wEdge - fr.cw) / wStep; // edge 0, in cells from the centre
 
     // The vertex cell, and the first cell of each half (outside [0, cells) when empty).
     double vertexCell = std::floor((fr.cw - fr.wEdge) / fr.wStep);
@@ -88,7 +93,7 @@ void HyperbolaWalkBC::plotBranches(BranchFrame const &fr, AxisE axis, SetP targe
         if (!lower) lower = SetP(new (std::nothrow) ds::GraphDataSetWinC(room, room, domain));
         if (!lower) continue; // a failed allocation leaves the branch out
         lower->clear(SIZE_MAX);
-        auto f = [&](double g) { return fr.cf + side * fr.fStep * g; };
+        auto f = [&](double g) { return cf + side * fStep * g; };
 
         // Cells first, first + d, ... of one half; each span reads along the
         // curve (prepending turns the near-to-far order round). A half meets
@@ -96,35 +101,49 @@ void HyperbolaWalkBC::plotBranches(BranchFrame const &fr, AxisE axis, SetP targe
         // that run. Returns whether the first cell met the window.
         auto walkHalf = [&](int first, int d, EndE end, SetP const &set) {
             bindSpans(set.get());
+            unsigned long walked = 0;
             bool seen = false;
             bool firstMet = false;
             double nNear = n0 + double(d > 0 ? first : first + 1);
-            double gNear = std::sqrt(G(nNear));
+            // f at the near edge: the far edge's value of the cell before.
+            double fNear = f(std::sqrt(G(nNear)));
             double g2 = 0; // (f - cf)^2 at the far edge
             double d1 = 0; // its first difference towards the next far edge
             double d2 = 2 * m * m;
+            // Spans go straight into the buffer, opened again when it fills.
+            SpanRoomS out = openSpans(axis, end);
+            unsigned int c = out.count, stop = out.count + out.room;
             int i = 0;
             for (int j = first; j >= 0 && j < fr.cells; j += d, ++i) {
-                ++steps;
-                double nFar = n0 + double(d > 0 ? j + 1 : j);
+                ++walked;
                 if (i % ANCHOR_PERIOD == 0) {
+                    double nFar = n0 + double(d > 0 ? j + 1 : j);
                     g2 = G(nFar);
                     d1 = m * m * (2 * nFar * d + 1);
                 }
-                double gFar = std::sqrt(g2);
-                double fNear = f(gNear);
-                double fFar = f(gFar);
+                double fFar = f(std::sqrt(g2));
                 if (meets(fNear, fFar)) {
-                    pushSpan(axis, end, centre(j), clamp(fNear), clamp(fFar));
+                    if (c == stop) {
+                        commitSpans(c);
+                        out = openSpans(axis, end);
+                        c = out.count;
+                        stop = c + out.room;
+                    }
+                    out.at[c] = centre(j);
+                    out.from[c] = clamp(fNear);
+                    out.to[c] = clamp(fFar);
+                    ++c;
                     firstMet = firstMet || j == first;
                     seen = true;
                 } else if (seen) {
                     break;
                 }
-                gNear = gFar;
+                fNear = fFar;
                 g2 = g2 + d1;
                 d1 = d1 + d2;
             }
+            commitSpans(c);
+            steps += walked;
             return firstMet;
         };
 
