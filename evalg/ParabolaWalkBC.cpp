@@ -98,25 +98,41 @@ void ParabolaWalkBC::walkHalf(AxisS const &axis, EndE end, double x, double y, d
         openStretch();
     // One d2 short of the first step's difference: the loop adds d2 first.
     double d1 = ((s * (x - h)) * 2.0 - axis.step) * axis.step * c;
-    double limit = front ? -axis.min : axis.max;
-    double stride = s * axis.step;
+    double const limit = front ? -axis.min : axis.max;
+    double const stride = s * axis.step;
     // From the far edge of the new cell back to its centre.
-    double back = s * axis.halfStep;
+    double const back = s * axis.halfStep;
+    // The edge the curve heads for, in a local: the loop writes spans
+    // straight into the buffer, and a value read through axis would be read
+    // again after every such store.
+    double const valueLow = axis.valueLow, valueHigh = axis.valueHigh;
     if (s * x < limit) {
+        SpanRoomS out = openSpans(axis.along, end);
+        unsigned int k = out.count, stop = out.count + out.room;
         double xNext;
         do {
             // The curve has left the window through the edge it heads for
             // (a NaN value stops here too).
-            if (c > 0 && !(y <= axis.valueHigh)) break;
-            if (c < 0 && !(y >= axis.valueLow)) break;
+            if (c > 0 && !(y <= valueHigh)) break;
+            if (c < 0 && !(y >= valueLow)) break;
             xNext = x + stride;
             if (xNext == x) break;
             d1 = d1 + d2;
             double yNext = d1 + y;
-            emitRun(axis, xNext - back, y, yNext, front);
+            if (k == stop) {
+                commitSpans(k);
+                out = openSpans(axis.along, end);
+                k = out.count;
+                stop = k + out.room;
+            }
+            out.at[k] = xNext - back;
+            out.from[k] = y;
+            out.to[k] = yNext;
+            ++k;
             x = xNext;
             y = yNext;
         } while (s * xNext < limit);
+        commitSpans(k);
     }
     // The last point of the set either way: the prepending half's own end
     // point is its first-emitted one, next to the vertex.
