@@ -95,6 +95,44 @@ protected:
         if (mode != spanMode || spanCount == SpanEmissionC::BatchS::CAPACITY) startBatch(mode);
         return SpanRoomS{spans.at, spans.from, spans.to, spanCount, SpanEmissionC::BatchS::CAPACITY - spanCount};
     }
+    // A walk's cursor into the span buffer, for a loop that keeps its state
+    // in registers: put() writes one span (emitting a full buffer first),
+    // close() hands the count back and reopen() takes the buffer up again.
+    // While open nothing else may push or touch a marker, and values the
+    // loop reads should be in locals, not members, since the spans are
+    // stored through pointers.
+    class SpanCursorC {
+    public:
+        SpanCursorC(CartesianRelationGraphEvalHelperC &owner, AxisE axis, EndE end)
+            : owner(owner), axis(axis), end(end) {
+            open();
+        }
+        void put(double at, double from, double to) {
+            if (k == stop) {
+                owner.commitSpans(k);
+                open();
+            }
+            room.at[k] = at;
+            room.from[k] = from;
+            room.to[k] = to;
+            ++k;
+        }
+        void close() { owner.commitSpans(k); }
+        void reopen() { open(); }
+
+    private:
+        void open() {
+            room = owner.openSpans(axis, end);
+            k = room.count;
+            stop = k + room.room;
+        }
+        CartesianRelationGraphEvalHelperC &owner;
+        AxisE axis;
+        EndE end;
+        SpanRoomS room;
+        unsigned int k, stop;
+    };
+
     // Turns the pending spans into points now.
     void flushSpans() {
         if (spanCount != 0) emitBatch();

@@ -57,15 +57,19 @@ void ExponentialFunctionEvalC::calculate(rel::ExponentialFunctionC *relation, Se
     double y = relation->valueAt(x);
     double E = std::exp(xStep * r);
     double D = k - E * k;
+    // The window in locals: spans are stored through pointers.
+    double const step = xStep, halfStep = xHalfStep, first = xMin;
     if (x < xEnd) {
+        SpanCursorC spans(*this, COLUMNS, BACK);
         do {
-            double xNext = x + xStep;
+            double xNext = x + step;
             if (xNext == x) break;
             double yNext = y * E + D;
-            pushSpan(COLUMNS, BACK, xNext - xHalfStep, y, yNext);
+            spans.put(xNext - halfStep, y, yNext);
             x = xNext;
             y = yNext;
         } while (x < xEnd);
+        spans.close();
     }
 
     // Left walk, prepending; it starts on the same column edge as the right
@@ -74,16 +78,18 @@ void ExponentialFunctionEvalC::calculate(rel::ExponentialFunctionC *relation, Se
     y = relation->valueAt(x);
     E = std::exp(-(xStep * r));
     D = k - E * k;
-    if (x > xMin) {
+    if (x > first) {
+        SpanCursorC spans(*this, COLUMNS, FRONT);
         do {
-            double xNext = x - xStep;
+            double xNext = x - step;
             if (xNext == x) break;
             double yNext = y * E + D;
             // From the column's left edge height to its right edge height.
-            pushSpan(COLUMNS, FRONT, xHalfStep + xNext, yNext, y);
+            spans.put(halfStep + xNext, yNext, y);
             x = xNext;
             y = yNext;
-        } while (x > xMin);
+        } while (x > first);
+        spans.close();
     }
 }
 

@@ -110,9 +110,7 @@ void HyperbolaWalkBC::plotBranches(BranchFrame const &fr, AxisE axis, SetP targe
             double g2 = 0; // (f - cf)^2 at the far edge
             double d1 = 0; // its first difference towards the next far edge
             double d2 = 2 * m * m;
-            // Spans go straight into the buffer, opened again when it fills.
-            SpanRoomS out = openSpans(axis, end);
-            unsigned int c = out.count, stop = out.count + out.room;
+            SpanCursorC spans(*this, axis, end);
             int i = 0;
             for (int j = first; j >= 0 && j < fr.cells; j += d, ++i) {
                 ++walked;
@@ -123,16 +121,7 @@ void HyperbolaWalkBC::plotBranches(BranchFrame const &fr, AxisE axis, SetP targe
                 }
                 double fFar = f(std::sqrt(g2));
                 if (meets(fNear, fFar)) {
-                    if (c == stop) {
-                        commitSpans(c);
-                        out = openSpans(axis, end);
-                        c = out.count;
-                        stop = c + out.room;
-                    }
-                    out.at[c] = centre(j);
-                    out.from[c] = clamp(fNear);
-                    out.to[c] = clamp(fFar);
-                    ++c;
+                    spans.put(centre(j), clamp(fNear), clamp(fFar));
                     firstMet = firstMet || j == first;
                     seen = true;
                 } else if (seen) {
@@ -142,7 +131,7 @@ void HyperbolaWalkBC::plotBranches(BranchFrame const &fr, AxisE axis, SetP targe
                 g2 = g2 + d1;
                 d1 = d1 + d2;
             }
-            commitSpans(c);
+            spans.close();
             steps += walked;
             return firstMet;
         };

@@ -43,23 +43,27 @@ void LinearFunction1EvalC::calculate(rel::LinearFunction1C *relation) {
         x = leftEdge;
     double y = x * m + b;
 
+    // The window in locals: spans are stored through pointers.
+    double const step = xStep, halfStep = xHalfStep, last = xMax, top = topEdge, bottom = bottomEdge;
+    SpanCursorC spans(*this, COLUMNS, BACK);
     for (;;) {
-        double xNext = xStep + x;
+        double xNext = step + x;
         if (xNext == x) break; // no progress: the scale is beyond double precision
         // Stepped, never recomputed from x.
         double yNext = y + dy;
-        pushSpan(COLUMNS, BACK, xNext - xHalfStep, y, yNext);
+        spans.put(xNext - halfStep, y, yNext);
         // The column of the exit is emitted before these tests, so the last
         // visible run is always there; clipping it is the emission's job.
-        if (!(xNext < xMax)) break;
+        if (!(xNext < last)) break;
         if (m > 0) {
-            if (!(yNext <= topEdge)) break;
-        } else if (yNext < bottomEdge) {
+            if (!(yNext <= top)) break;
+        } else if (yNext < bottom) {
             break;
         }
         x = xNext;
         y = yNext;
     }
+    spans.close();
 }
 
 } // namespace evalg

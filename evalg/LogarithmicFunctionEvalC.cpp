@@ -72,15 +72,19 @@ void LogarithmicFunctionEvalC::calculate(rel::LogarithmicFunctionC *relation) {
     double x = std::pow(B, (y - k) * bInv) * aInv + h;
     double E = std::pow(B, yStep * bInv);
     double D = h - E * h;
+    // The window in locals: spans are stored through pointers.
+    double const step = yStep, halfStep = yHalfStep;
     if (y < yEnd) {
+        SpanCursorC spans(*this, ROWS, BACK);
         do {
-            double yNext = y + yStep;
+            double yNext = y + step;
             if (yNext == y) break;
             double xNext = E * x + D;
-            pushSpan(ROWS, BACK, yNext - yHalfStep, x, xNext);
+            spans.put(yNext - halfStep, x, xNext);
             y = yNext;
             x = xNext;
         } while (y < yEnd);
+        spans.close();
     }
 
     // Downward walk from the row of k (or the top row), prepending.
@@ -89,18 +93,20 @@ void LogarithmicFunctionEvalC::calculate(rel::LogarithmicFunctionC *relation) {
     E = std::pow(B, -(yStep * bInv));
     D = h - E * h;
     if (y > yStart) {
+        SpanCursorC spans(*this, ROWS, FRONT);
         do {
             // The sum is tested, not the difference used below: kept so.
-            if (y + yStep == y) break;
-            double yNext = y - yStep;
+            if (y + step == y) break;
+            double yNext = y - step;
             // At a negative power of two the sum can move while the difference
             // rounds back to y; stop there rather than loop forever.
             if (yNext == y) break;
             double xNext = E * x + D;
-            pushSpan(ROWS, FRONT, yHalfStep + yNext, xNext, x);
+            spans.put(halfStep + yNext, xNext, x);
             y = yNext;
             x = xNext;
         } while (y > yStart);
+        spans.close();
     }
 }
 

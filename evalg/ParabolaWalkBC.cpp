@@ -107,8 +107,7 @@ void ParabolaWalkBC::walkHalf(AxisS const &axis, EndE end, double x, double y, d
     // again after every such store.
     double const valueLow = axis.valueLow, valueHigh = axis.valueHigh;
     if (s * x < limit) {
-        SpanRoomS out = openSpans(axis.along, end);
-        unsigned int k = out.count, stop = out.count + out.room;
+        SpanCursorC spans(*this, axis.along, end);
         double xNext;
         do {
             // The curve has left the window through the edge it heads for
@@ -119,20 +118,11 @@ void ParabolaWalkBC::walkHalf(AxisS const &axis, EndE end, double x, double y, d
             if (xNext == x) break;
             d1 = d1 + d2;
             double yNext = d1 + y;
-            if (k == stop) {
-                commitSpans(k);
-                out = openSpans(axis.along, end);
-                k = out.count;
-                stop = k + out.room;
-            }
-            out.at[k] = xNext - back;
-            out.from[k] = y;
-            out.to[k] = yNext;
-            ++k;
+            spans.put(xNext - back, y, yNext);
             x = xNext;
             y = yNext;
         } while (s * xNext < limit);
-        commitSpans(k);
+        spans.close();
     }
     // The last point of the set either way: the prepending half's own end
     // point is its first-emitted one, next to the vertex.

@@ -70,45 +70,53 @@ void SinusoidalFunctionEvalC::walk(rel::SinusoidalFunctionC *relation) {
     // The point that took the last end marker, kept as an index: the marker
     // array moves as points are appended.
     long exitIndex = -1;
-    while (x < rightEdge + xHalfStep) {
+    // The window in locals: spans are stored through pointers.
+    double const step = xStep, halfStep = xHalfStep, end = rightEdge + xHalfStep;
+    double const top = topEdge, bottom = bottomEdge;
+    SpanCursorC spans(*this, COLUMNS, BACK);
+    while (x < end) {
         // The column whose right edge is x.
-        double xc = x - xHalfStep;
+        double xc = x - halfStep;
         if (x > crestX) {
             if (x > troughX) {
                 // Both extremes in one column: a period shorter than a pixel.
-                pushSpan(COLUMNS, BACK, xc, k - b, k + b);
+                spans.put(xc, k - b, k + b);
                 troughX += P;
                 crestX += P;
             } else {
-                pushSpan(COLUMNS, BACK, xc, yPrev < yCur ? yPrev : yCur, k + b);
+                spans.put(xc, yPrev < yCur ? yPrev : yCur, k + b);
                 crestX += P;
             }
         } else if (x > troughX) {
-            pushSpan(COLUMNS, BACK, xc, yPrev > yCur ? yPrev : yCur, k - b);
+            spans.put(xc, yPrev > yCur ? yPrev : yCur, k - b);
             troughX += P;
         } else {
             // Only ordinary columns keep the visibility bookkeeping; an
             // extreme column sets no marker even when the curve leaves in it.
-            if (!(yPrev <= topEdge) || !(yPrev >= bottomEdge)) {
+            if (!(yPrev <= top) || !(yPrev >= bottom)) {
                 if (outside) {
                     // Out for a second column: a start marker is due on return.
                     reentryPending = true;
                 } else {
+                    spans.close();
                     exitIndex = long(boundCount()) - 1;
                     closeStretchAt(exitIndex);
+                    spans.reopen();
                     outside = true;
                 }
             } else {
                 if (reentryPending) {
                     // On the point that took the end marker, not on the new one.
+                    spans.close();
                     openStretchAt(exitIndex);
+                    spans.reopen();
                     reentryPending = false;
                 }
                 outside = false;
             }
-            pushSpan(COLUMNS, BACK, xc, yPrev, yCur);
+            spans.put(xc, yPrev, yCur);
         }
-        double xNext = x + xStep;
+        double xNext = x + step;
         // A step lost to rounding would never reach the right edge.
         if (xNext == x) break;
         x = xNext;
@@ -116,6 +124,7 @@ void SinusoidalFunctionEvalC::walk(rel::SinusoidalFunctionC *relation) {
         yPrev = yCur;
         yCur = yNext;
     }
+    spans.close();
 }
 
 } // namespace evalg
