@@ -38,6 +38,7 @@ public:
     using CartesianRelationGraphEvalHelperC::closeStretch;
     using CartesianRelationGraphEvalHelperC::closeStretchAt;
     using CartesianRelationGraphEvalHelperC::boundCount;
+    using CartesianRelationGraphEvalHelperC::SpanCursorC;
 };
 Emitter::AxisE const COLUMNS = Emitter::AxisE(0), ROWS = Emitter::AxisE(2);
 Emitter::EndE const BACK = Emitter::EndE(0), FRONT = Emitter::EndE(1);
@@ -186,6 +187,47 @@ TEST(EmissionDifferential, FastestFlushMatchesPlainEmission) {
     SpanEmissionC::forcePath(SpanEmissionC::AVX2);
     std::printf("flush path: %s\n", SpanEmissionC::path() == SpanEmissionC::AVX2 ? "AVX2" : "scalar");
     compareOnPath(SpanEmissionC::AVX2, 12);
+}
+
+// The walks' cursor against pushing span by span: runs of every length up to
+// several buffers, both ends and both axes, some after spans of another kind
+// are pending, with markers set between runs (the cursor closed around them).
+TEST(EmissionDifferential, CursorMatchesPushing) {
+    Rng rng(31);
+    for (int trial = 0; trial < 300; ++trial) {
+        Window w = randomWindow(rng);
+        Emitter a, b;
+        if (!a.setDomain(makeDomain(w)) || !b.setDomain(makeDomain(w))) continue;
+        PointerTC<GraphDataSetWinC> viaCursor(new GraphDataSetWinC(0, 0, makeDomain(w)));
+        PointerTC<GraphDataSetWinC> viaPush(new GraphDataSetWinC(0, 0, makeDomain(w)));
+        a.bindSpans(viaCursor.get());
+        b.bindSpans(viaPush.get());
+        for (int run = 0; run < 4; ++run) {
+            bool rows = rng.below(2), front = rng.below(2);
+            Emitter::AxisE axis = rows ? ROWS : COLUMNS;
+            Emitter::EndE end = front ? FRONT : BACK;
+            int length = rng.below(3) ? rng.below(40) : rng.below(900);
+            Emitter::SpanCursorC cursor(a, axis, end);
+            for (int i = 0; i < length; ++i) {
+                double at = rows ? randomCoordinate(rng, a.bottomEdge, a.yStep, w.n)
+                                 : randomCoordinate(rng, a.leftEdge, a.xStep, w.m);
+                double v1 = rows ? randomCoordinate(rng, a.leftEdge, a.xStep, w.m)
+                                 : randomCoordinate(rng, a.bottomEdge, a.yStep, w.n);
+                double v2 = rows ? randomCoordinate(rng, a.leftEdge, a.xStep, w.m)
+                                 : randomCoordinate(rng, a.bottomEdge, a.yStep, w.n);
+                cursor.put(at, v1, v2);
+                b.pushSpan(axis, end, at, v1, v2);
+            }
+            cursor.close();
+            if (rng.below(2)) {
+                a.closeStretch();
+                b.closeStretch();
+            }
+        }
+        a.unbindSpans();
+        b.unbindSpans();
+        ASSERT_EQ(points(viaCursor), points(viaPush)) << "trial " << trial;
+    }
 }
 
 // Batches of every length up to a full buffer and beyond, on the boundaries
