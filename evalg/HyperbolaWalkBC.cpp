@@ -75,9 +75,8 @@ void HyperbolaWalkBC::plotBranches(BranchFrame const &fr, AxisE axis, SetP targe
     std::size_t room = 2 * std::size_t(fr.cells) + 8;
     SetP lower;
     // Each side's halves cover each cell once, at most two points a cell and
-    // one more at the vertex: room for both sides up front (the set comes
-    // sized so), so the target never grows (and copies) during the walk.
-    target->reserve(0, 2 * room);
+    // one more at the vertex: the target comes sized for both sides
+    // (pointsPerCell), so it never grows (and copies) during the walk.
 
     for (int side = -1; side <= 1; side += 2) {
         // a = 0: both branches are the line f = cf; drawn once.
