@@ -93,7 +93,7 @@ protected:
     SpanRoomS openSpans(AxisE axis, EndE end) {
         unsigned char mode = axis | end;
         if (mode != spanMode || spanCount == SpanEmissionC::BatchS::CAPACITY) startBatch(mode);
-        return SpanRoomS{spans.at, spans.from, spans.to, spanCount, SpanEmissionC::BatchS::CAPACITY - spanCount};
+        return spanRoom(axis, end);
     }
     // A walk's cursor into the span buffer, for a loop that keeps its state
     // in registers: put() writes one span (emitting a full buffer first),
