@@ -5,6 +5,8 @@
 //   Naive      the relation's formula with the standard math functions at
 //              every column edge, emitting the same kind of runs;
 //   Floor      appending the evaluator's points to a set sized for them, nothing else.
+// FlushSSE2 and FlushScalar repeat Evaluator on 1920x1080 with the span flush
+// forced to two lanes or one (what a CPU without AVX2 runs).
 // Each runs on 161x101, 1920x1080 and 16384x4096 pixels over the same
 // [-8, 8] x [-5, 5] window, with a curve that crosses the whole window.
 // The items counter is the number of columns, so items_per_second compares
@@ -49,6 +51,7 @@
 #include "evalg/PowerFunctionEvalC.h"
 #include "evalg/QuadraticFunctionEvalC.h"
 #include "evalg/SinusoidalFunctionEvalC.h"
+#include "evalg/SpanEmissionC.h"
 
 using namespace qelt;
 using namespace qelt::mathapp;
@@ -155,6 +158,13 @@ void evaluator(benchmark::State &state, Curve const &c, Size s) {
     state.counters["points"] = points;
 }
 
+void evaluatorOnPath(benchmark::State &state, Curve const &c, Size s, evalg::SpanEmissionC::PathE path) {
+    evalg::SpanEmissionC::forcePath(path);
+    if (evalg::SpanEmissionC::path() != path) state.SkipWithError("the CPU lacks this flush");
+    evaluator(state, c, s);
+    evalg::SpanEmissionC::unforcePath();
+}
+
 void general(benchmark::State &state, Curve const &c, Size s) {
     auto domain = window(s);
     esb::CartesianRelationServiceC service(c.relation());
@@ -222,6 +232,12 @@ int registerAll() {
             benchmark::RegisterBenchmark(("Naive/" + suffix).c_str(), naive, c, s);
             benchmark::RegisterBenchmark(("Floor/" + suffix).c_str(), floorCost, c, s);
         }
+        Size hd = sizes[1];
+        std::string suffix = c.name + "/" + std::to_string(hd.m) + "x" + std::to_string(hd.n);
+        benchmark::RegisterBenchmark(("FlushSSE2/" + suffix).c_str(), evaluatorOnPath, c, hd,
+                                     evalg::SpanEmissionC::SSE2);
+        benchmark::RegisterBenchmark(("FlushScalar/" + suffix).c_str(), evaluatorOnPath, c, hd,
+                                     evalg::SpanEmissionC::SCALAR);
     }
     return 0;
 }

@@ -15,7 +15,8 @@ namespace evalg {
 // data set reserves for them. A span is one cell along the walked axis (at)
 // and a run across it (from, to); it yields its start cell and its end cell,
 // at most two points. Four spans at a time where the CPU has AVX2 (chosen at
-// run time), one at a time elsewhere; both give the same points to the bit.
+// run time), two at a time on other x86 CPUs (SSE2), one at a time elsewhere;
+// all give the same points to the bit.
 class SpanEmissionC {
 public:
     // The numbers of one orientation, read off the window. For vertical runs
@@ -38,7 +39,8 @@ public:
         double to[CAPACITY];
     };
 
-    enum PathE { SCALAR, AVX2 };
+    // In order of speed: a CPU with one path has those before it.
+    enum PathE { SCALAR, SSE2, AVX2 };
 
     // Appends (front false) or prepends the points of spans 0 .. n-1 to set,
     // exactly as emitting them one span after the other, each point with
@@ -63,6 +65,10 @@ private:
     // how many they wrote; out must have room for 2n points that way.
     static std::size_t pointsScalar(FrameS const &frame, BatchS const &batch, unsigned n, POINT *out,
                                     std::ptrdiff_t dir);
+    static std::size_t points(PathE path, FrameS const &frame, BatchS const &batch, unsigned n, POINT *out,
+                              std::ptrdiff_t dir);
+    static std::size_t pointsSse2(FrameS const &frame, BatchS const &batch, unsigned n, POINT *out,
+                                  std::ptrdiff_t dir);
     static std::size_t pointsAvx2(FrameS const &frame, BatchS const &batch, unsigned n, POINT *out,
                                   std::ptrdiff_t dir);
 };

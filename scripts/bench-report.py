@@ -39,6 +39,16 @@ def main(path):
         print("| %s | %s | %s faster | %s faster | %s | %d%% |" % (
             c, " / ".join("%.1f" % p for p in per), ratio("General"), ratio("Naive"),
             ratio("Floor", inverse=True), round(spread * 100)))
+    hd = SIZES[1]
+    print()
+    print("| curve | flush AVX2 | SSE2 | scalar (ns per column or row, %s) |" % hd)
+    print("|---|---|---|---|")
+    for c in curves:
+        ways = [t[(w, c)].get(hd) for w in ("Evaluator", "FlushSSE2", "FlushScalar")]
+        if None in ways:
+            continue
+        n = rws[hd] if c in rows else cols[hd]
+        print("| %s | %s |" % (c, " | ".join("%.1f" % (w / n) for w in ways)))
 
 
 if __name__ == "__main__":
