@@ -173,7 +173,10 @@ inline __m128d selectSse2(__m128d mask, __m128d ifSet, __m128d ifClear) {
 }
 
 // Two spans at a time, the same way as the four-lane kernel below (see
-// there), with the integer forms of the indices making the points.
+// there), with the integer forms of the indices making the points. The two
+// kernels stay apart because the wider one must be compiled for AVX2 alone
+// (a function attribute): a body shared through a template would carry that
+// attribute into the two-lane form too, which must run on any x86-64 CPU.
 struct Sse2KernelS {
     template <bool ROWS, bool FRONT>
     static std::size_t run(SpanEmissionC::FrameS const &frame, SpanEmissionC::BatchS const &batch, unsigned n,
