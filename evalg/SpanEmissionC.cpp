@@ -131,8 +131,15 @@ namespace {
 // value is monotone in it (a subtraction, a division by a positive step, a
 // floor), so it lies between the indices of those bounds.
 bool indicesFitSixteenBits(SpanEmissionC::FrameS const &frame) {
-    double low = std::fmin(std::fmin(frame.gateLow, frame.gateHigh), std::fmin(frame.clampLow, frame.clampHigh));
-    double high = std::fmax(std::fmax(frame.gateLow, frame.gateHigh), std::fmax(frame.clampLow, frame.clampHigh));
+    // Checked on every flush, so plain comparisons rather than fmin and
+    // fmax; a NaN bound would bound nothing, and takes the scalar path.
+    double const bounds[3] = {frame.gateHigh, frame.clampLow, frame.clampHigh};
+    double low = frame.gateLow, high = frame.gateLow;
+    for (double b : bounds) {
+        low = b < low ? b : low;
+        high = b > high ? b : high;
+    }
+    if (std::isnan(frame.gateLow + frame.gateHigh + frame.clampLow + frame.clampHigh)) return false;
     if (!(frame.runStep > 0)) return false;
     double first = std::floor((low - frame.runOrigin) / frame.runStep);
     double last = std::floor((high - frame.runOrigin) / frame.runStep);
