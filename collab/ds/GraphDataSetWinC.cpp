@@ -21,25 +21,34 @@ const std::size_t MAX_POINTS = 0xFFFFFFF0u;
 
 GraphDataSetWinC::GraphDataSetWinC(unsigned int capacity, unsigned int frontReserve,
                                    oss::PointerTC<GraphicalDomainC> domain)
-    : capacity_(0), begin_(0), end_(0), reallocations_(0), domain_(domain) {
+    : points_(nullptr), markers_(nullptr), capacity_(0), begin_(0), end_(0), reallocations_(0), domain_(domain) {
     std::size_t cap = capacity < MAX_HINT ? capacity : MAX_HINT;
     std::size_t front = frontReserve < cap ? frontReserve : cap;
-    if (!allocate(cap, points_, markers_)) {
+    if (!allocate(cap, storage_, points_, markers_)) {
         cap = front = 0;
         // Two marker bytes for the spare slots; if even that fails, the set
         // stays without storage and every append reports failure.
-        allocate(0, points_, markers_);
+        allocate(0, storage_, points_, markers_);
     }
     capacity_ = markers_ ? cap : 0;
     begin_ = end_ = front;
 }
 
-bool GraphDataSetWinC::allocate(std::size_t capacity, std::unique_ptr<POINT[]> &points,
-                                std::unique_ptr<unsigned char[]> &markers) {
-    // At least one point, so that element 0 has an address even when empty.
-    points.reset(new (std::nothrow) POINT[capacity > 0 ? capacity : 1]);
-    markers.reset(new (std::nothrow) unsigned char[capacity + 2]());
-    return points && markers;
+bool GraphDataSetWinC::allocate(std::size_t capacity, std::unique_ptr<unsigned char[]> &storage, POINT *&points,
+                                unsigned char *&markers) {
+    // One block, the points first (new[] of bytes is aligned for any type
+    // that fits), then the markers: one allocation per set, not two. At
+    // least one point, so that element 0 has an address even when empty.
+    std::size_t slots = capacity > 0 ? capacity : 1;
+    if (slots > (SIZE_MAX - 2) / (sizeof(POINT) + 1)) return false;
+    std::size_t pointBytes = slots * sizeof(POINT);
+    storage.reset(new (std::nothrow) unsigned char[pointBytes + capacity + 2]);
+    if (!storage) return false;
+    points = reinterpret_cast<POINT *>(storage.get());
+    std::uninitialized_default_construct_n(points, slots);
+    markers = storage.get() + pointBytes;
+    std::fill(markers, markers + capacity + 2, static_cast<unsigned char>(0));
+    return true;
 }
 
 GraphDataSetWinC::~GraphDataSetWinC() {}
@@ -47,14 +56,16 @@ GraphDataSetWinC::~GraphDataSetWinC() {}
 bool GraphDataSetWinC::relocate(std::size_t front, std::size_t back) {
     std::size_t count = end_ - begin_;
     if (!markers_ || front + count + back > MAX_POINTS) return false;
-    std::unique_ptr<POINT[]> points;
-    std::unique_ptr<unsigned char[]> markers;
-    if (!allocate(front + count + back, points, markers)) return false;
-    std::copy(points_.get() + begin_, points_.get() + end_, points.get() + front);
+    std::unique_ptr<unsigned char[]> storage;
+    POINT *points = nullptr;
+    unsigned char *markers = nullptr;
+    if (!allocate(front + count + back, storage, points, markers)) return false;
+    std::copy(points_ + begin_, points_ + end_, points + front);
     // The points' markers and both spare slots move together.
-    std::copy(markers_.get() + begin_, markers_.get() + end_ + 2, markers.get() + front);
-    points_.swap(points);
-    markers_.swap(markers);
+    std::copy(markers_ + begin_, markers_ + end_ + 2, markers + front);
+    storage_.swap(storage);
+    points_ = points;
+    markers_ = markers;
     capacity_ = front + count + back;
     begin_ = front;
     end_ = front + count;
@@ -100,7 +111,7 @@ bool GraphDataSetWinC::reserve(std::size_t front, std::size_t back) {
 
 void GraphDataSetWinC::clear(std::size_t frontReserve) {
     // Only the points' slots and the two spare slots can be nonzero.
-    if (markers_) std::fill(markers_.get() + begin_, markers_.get() + end_ + 2, static_cast<unsigned char>(0));
+    if (markers_) std::fill(markers_ + begin_, markers_ + end_ + 2, static_cast<unsigned char>(0));
     begin_ = end_ = frontReserve < capacity_ ? frontReserve : capacity_;
 }
 
@@ -132,13 +143,13 @@ bool GraphDataSetWinC::appendPixelPoints(oss::PointerTC<GraphDataSetWinC> other,
     std::size_t m = n - i;
     // Room first: other may be this set, whose storage moves when it grows.
     if (!reserveAppend(m)) return false;
-    POINT const *from = other->points_.get() + other->begin_ + i;
-    unsigned char const *marks = other->markers_.get() + other->begin_ + i + 1;
-    std::copy(from, from + m, points_.get() + end_);
+    POINT const *from = other->points_ + other->begin_ + i;
+    unsigned char const *marks = other->markers_ + other->begin_ + i + 1;
+    std::copy(from, from + m, points_ + end_);
     // ORed, as appending one by one would: the first slot may hold a pending
     // marker; the others are 0. Spare slots that hold no point stay 0, so
     // reading this set's own markers while writing them gives the same.
-    unsigned char *to = markers_.get() + end_ + 1;
+    unsigned char *to = markers_ + end_ + 1;
     for (std::size_t j = 0; j < m; ++j) to[j] |= marks[j];
     end_ += m;
     return true;
@@ -146,7 +157,7 @@ bool GraphDataSetWinC::appendPixelPoints(oss::PointerTC<GraphDataSetWinC> other,
 
 POINT *GraphDataSetWinC::getPixelPoints(unsigned int &count) const {
     count = getCount();
-    return points_.get() + begin_;
+    return points_ + begin_;
 }
 
 unsigned char *GraphDataSetWinC::getPixelMarkers(unsigned int &count) const {
@@ -158,7 +169,7 @@ unsigned char *GraphDataSetWinC::getPixelMarkers(unsigned int &count) const {
         none[0] = none[1] = 0;
         return none + 1;
     }
-    return markers_.get() + begin_ + 1;
+    return markers_ + begin_ + 1;
 }
 
 void GraphDataSetWinC::trace() const {

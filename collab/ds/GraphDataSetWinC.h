@@ -69,12 +69,12 @@ public:
     // Null when the room cannot be had; nothing is then written.
     POINT *reserveAppend(std::size_t n) {
         if (capacity_ - end_ < n && !growBack(n)) return nullptr;
-        return points_.get() + end_;
+        return points_ + end_;
     }
     void commitAppend(std::size_t n) { end_ += n; }
     POINT *reservePrepend(std::size_t n) {
         if (begin_ < n && !growFront(n)) return nullptr;
-        return points_.get() + begin_;
+        return points_ + begin_;
     }
     void commitPrepend(std::size_t n) { begin_ -= n; }
 
@@ -114,8 +114,8 @@ private:
     GraphDataSetWinC(GraphDataSetWinC const &) = delete;
     GraphDataSetWinC &operator=(GraphDataSetWinC const &) = delete;
 
-    static bool allocate(std::size_t capacity, std::unique_ptr<POINT[]> &points,
-                         std::unique_ptr<unsigned char[]> &markers);
+    static bool allocate(std::size_t capacity, std::unique_ptr<unsigned char[]> &storage, POINT *&points,
+                         unsigned char *&markers);
     bool appendGrowing(POINT const &point, unsigned char const &marker);
     bool prependGrowing(long const &x, long const &y, unsigned char const &marker);
     // Keeps the low 32 bits in two's complement, as the platform record would.
@@ -132,8 +132,10 @@ private:
 
     // Point i lives at points_[begin_ + i]; its marker at markers_[begin_ + i + 1].
     // Points are left uninitialised until written; markers start at zero.
-    std::unique_ptr<POINT[]> points_;
-    std::unique_ptr<unsigned char[]> markers_;
+    // Both live in storage_ (null when none could be had).
+    std::unique_ptr<unsigned char[]> storage_;
+    POINT *points_;
+    unsigned char *markers_;
     std::size_t capacity_;
     std::size_t begin_;
     std::size_t end_;
