@@ -49,40 +49,24 @@ TEST(Domain, OneColumnGivesAnInfiniteStepWithoutError) {
     EXPECT_EQ(p.eval.yStep, 1.0);
 }
 
-struct Rounding {
-    double v, left, right, hcentre, vcentre;
-};
-
-void PrintTo(Rounding const &r, std::ostream *os) { *os << "v=" << r.v; }
-
-class DomainRounding : public ::testing::TestWithParam<Rounding> {};
-
-TEST_P(DomainRounding, FiveByFive) {
+// A boundary rounds left to itself and right a whole step up; NaN passes
+// through every rounding. The vertical boundary roundings follow the same
+// rules as the horizontal.
+TEST(DomainRounding, FiveByFive) {
+    struct {
+        double v, left, right, hcentre, vcentre;
+    } const cases[] = {{1.7, 1.5, 2.5, 2.0, 2.0},     {1.5, 1.5, 2.5, 2.0, 2.0},     {-0.5, -0.5, 0.5, 0.0, 0.0},
+                       {-3.2, -3.5, -2.5, -3.0, -3.0}, {4.49, 3.5, 4.5, 4.0, 4.0}, {NaN, NaN, NaN, NaN, NaN}};
+    auto same = [](double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); };
     Probe p;
-    Rounding r = GetParam();
-    EXPECT_EQ(p.eval.round_to_left(r.v), r.left);
-    EXPECT_EQ(p.eval.round_to_right(r.v), r.right);
-    EXPECT_EQ(p.eval.round_to_hcentre(r.v), r.hcentre);
-    EXPECT_EQ(p.eval.round_to_vcentre(r.v), r.vcentre);
-    // The vertical boundary roundings follow the same rules as the horizontal.
-    EXPECT_EQ(p.eval.round_to_bottom(r.v), r.left);
-    EXPECT_EQ(p.eval.round_to_top(r.v), r.right);
-}
-
-// A boundary rounds left to itself and right a whole step up; a centre
-// rounding of a boundary value differs between the two directions only in how
-// it is built, which shows with NaN.
-INSTANTIATE_TEST_SUITE_P(Values, DomainRounding,
-                         ::testing::Values(Rounding{1.7, 1.5, 2.5, 2.0, 2.0}, Rounding{1.5, 1.5, 2.5, 2.0, 2.0},
-                                           Rounding{-0.5, -0.5, 0.5, 0.0, 0.0}, Rounding{-3.2, -3.5, -2.5, -3.0, -3.0},
-                                           Rounding{4.49, 3.5, 4.5, 4.0, 4.0}));
-
-TEST(DomainRounding, NaNPassesThrough) {
-    Probe p;
-    EXPECT_TRUE(std::isnan(p.eval.round_to_left(NaN)));
-    EXPECT_TRUE(std::isnan(p.eval.round_to_right(NaN)));
-    EXPECT_TRUE(std::isnan(p.eval.round_to_hcentre(NaN)));
-    EXPECT_TRUE(std::isnan(p.eval.round_to_vcentre(NaN)));
+    for (auto const &r : cases) {
+        EXPECT_PRED2(same, p.eval.round_to_left(r.v), r.left) << r.v;
+        EXPECT_PRED2(same, p.eval.round_to_right(r.v), r.right) << r.v;
+        EXPECT_PRED2(same, p.eval.round_to_hcentre(r.v), r.hcentre) << r.v;
+        EXPECT_PRED2(same, p.eval.round_to_vcentre(r.v), r.vcentre) << r.v;
+        EXPECT_PRED2(same, p.eval.round_to_bottom(r.v), r.left) << r.v;
+        EXPECT_PRED2(same, p.eval.round_to_top(r.v), r.right) << r.v;
+    }
 }
 
 TEST(Domain, RejectedWindowsLeaveTheFieldsAndGiveTheReferenceBack) {
@@ -100,74 +84,52 @@ TEST(Domain, RejectedWindowsLeaveTheFieldsAndGiveTheReferenceBack) {
 }
 
 // Each row: a call on the 5x5 window and the points it must emit, in order.
+enum Call { APPEND, PREPEND, APPEND_SWAPPED, PREPEND_SWAPPED, ONE_POINT, CONSTANT };
 struct Emission {
     char const *what;
-    void (*call)(ProbeEvalC &, PointerTC<GraphDataSetWinC>);
+    Call call;
+    double at, v1, v2;
     std::vector<XY> expected;
 };
 
-void PrintTo(Emission const &e, std::ostream *os) { *os << e.what; }
-
-class Emit : public ::testing::TestWithParam<Emission> {};
-
-TEST_P(Emit, FiveByFive) {
-    Probe p;
-    GetParam().call(p.eval, p.set);
-    std::vector<Pt> pts = points(p.set);
-    EXPECT_EQ(xys(pts), GetParam().expected) << GetParam().what;
-    for (Pt const &q : pts) EXPECT_EQ(q.m, 0u);
+TEST(Emit, FiveByFive) {
+    Emission const cases[] = {
+        {"rising span: start row then end row", APPEND, 2.0, 0.2, 3.1, {{2, 4}, {2, 1}}},
+        {"prepended span lands end first", PREPEND, 2.0, 0.2, 3.1, {{2, 1}, {2, 4}}},
+        {"clamped to the outermost row centres", APPEND, 1.0, -3, 9, {{1, 4}, {1, 0}}},
+        {"falling span clamped from the top", APPEND, 3.0, 9, 2.2, {{3, 0}, {3, 2}}},
+        {"wholly below", APPEND, 1.0, -3, -1, {}},
+        {"wholly above", APPEND, 1.0, 5, 6, {}},
+        {"NaN end with the start below is dropped", APPEND, 1.0, -3, NaN, {}},
+        {"one row, one point", APPEND, 0.0, 2.1, 2.4, {{0, 2}}},
+        {"single point", ONE_POINT, 3.0, 2.0, 0, {{3, 2}}},
+        {"swapped span clamps to the edges: column 5 is one past the grid", APPEND_SWAPPED, 2.0, -9, 9, {{0, 2}, {5, 2}}},
+        {"swapped falling span", APPEND_SWAPPED, 1.0, 3.2, 0.9, {{3, 3}, {1, 3}}},
+        {"swapped prepend", PREPEND_SWAPPED, 1.0, 0.9, 3.2, {{3, 3}, {1, 3}}},
+        {"swapped span wholly right", APPEND_SWAPPED, 1.0, 5, 7, {}},
+        {"constant line: one point per column", CONSTANT, 1.0, 0, 0, {{0, 3}, {1, 3}, {2, 3}, {3, 3}, {4, 3}}},
+        {"constant exactly on the top edge: row -1 kept to 16 bits", CONSTANT, 4.5, 0, 0,
+         {{0, 65535}, {1, 65535}, {2, 65535}, {3, 65535}, {4, 65535}}},
+        {"constant on the bottom edge", CONSTANT, -0.5, 0, 0, {{0, 4}, {1, 4}, {2, 4}, {3, 4}, {4, 4}}},
+        {"constant above the window", CONSTANT, 4.6, 0, 0, {}},
+        {"constant NaN", CONSTANT, NaN, 0, 0, {}},
+    };
+    for (Emission const &c : cases) {
+        SCOPED_TRACE(c.what);
+        Probe p;
+        switch (c.call) {
+        case APPEND: p.eval.appendPixelPoints(c.at, c.v1, c.v2, p.set); break;
+        case PREPEND: p.eval.prependPixelPoints(c.at, c.v1, c.v2, p.set); break;
+        case APPEND_SWAPPED: p.eval.appendPixelPointsXYSwapped(c.at, c.v1, c.v2, p.set); break;
+        case PREPEND_SWAPPED: p.eval.prependPixelPointsXYSwapped(c.at, c.v1, c.v2, p.set); break;
+        case ONE_POINT: p.eval.appendPixelPoint(c.at, c.v1, p.set); break;
+        case CONSTANT: p.eval.calculateConstant(c.at, p.set); break;
+        }
+        std::vector<Pt> pts = points(p.set);
+        EXPECT_EQ(xys(pts), c.expected);
+        for (Pt const &q : pts) EXPECT_EQ(q.m, 0u);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Spans, Emit,
-    ::testing::Values(
-        Emission{"rising span: start row then end row",
-                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.appendPixelPoints(2.0, 0.2, 3.1, s); },
-                 {{2, 4}, {2, 1}}},
-        Emission{"prepended span lands end first",
-                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.prependPixelPoints(2.0, 0.2, 3.1, s); },
-                 {{2, 1}, {2, 4}}},
-        Emission{"clamped to the outermost row centres",
-                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.appendPixelPoints(1.0, -3, 9, s); },
-                 {{1, 4}, {1, 0}}},
-        Emission{"falling span clamped from the top",
-                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.appendPixelPoints(3.0, 9, 2.2, s); },
-                 {{3, 0}, {3, 2}}},
-        Emission{"wholly below",
-                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.appendPixelPoints(1.0, -3, -1, s); }, {}},
-        Emission{"wholly above",
-                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.appendPixelPoints(1.0, 5, 6, s); }, {}},
-        Emission{"NaN end with the start below is dropped",
-                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.appendPixelPoints(1.0, -3, NaN, s); }, {}},
-        Emission{"one row, one point",
-                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.appendPixelPoints(0.0, 2.1, 2.4, s); },
-                 {{0, 2}}},
-        Emission{"single point",
-                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.appendPixelPoint(3.0, 2.0, s); }, {{3, 2}}},
-        Emission{"swapped span clamps to the edges: column 5 is one past the grid",
-                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.appendPixelPointsXYSwapped(2.0, -9, 9, s); },
-                 {{0, 2}, {5, 2}}},
-        Emission{"swapped falling span",
-                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.appendPixelPointsXYSwapped(1.0, 3.2, 0.9, s); },
-                 {{3, 3}, {1, 3}}},
-        Emission{"swapped prepend",
-                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.prependPixelPointsXYSwapped(1.0, 0.9, 3.2, s); },
-                 {{3, 3}, {1, 3}}},
-        Emission{"swapped span wholly right",
-                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.appendPixelPointsXYSwapped(1.0, 5, 7, s); }, {}},
-        Emission{"constant line: one point per column",
-                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.calculateConstant(1.0, s); },
-                 {{0, 3}, {1, 3}, {2, 3}, {3, 3}, {4, 3}}},
-        Emission{"constant exactly on the top edge: row -1 kept to 16 bits",
-                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.calculateConstant(4.5, s); },
-                 {{0, 65535}, {1, 65535}, {2, 65535}, {3, 65535}, {4, 65535}}},
-        Emission{"constant on the bottom edge",
-                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.calculateConstant(-0.5, s); },
-                 {{0, 4}, {1, 4}, {2, 4}, {3, 4}, {4, 4}}},
-        Emission{"constant above the window",
-                 [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.calculateConstant(4.6, s); }, {}},
-        Emission{"constant NaN", [](ProbeEvalC &e, PointerTC<GraphDataSetWinC> s) { e.calculateConstant(NaN, s); },
-                 {}}));
 
 TEST(Emit, MarkersAreOredIntoExistingBits) {
     unsigned char m = PixelPointC::LAST_VISIBLE;

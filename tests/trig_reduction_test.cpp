@@ -144,16 +144,6 @@ TEST(TrigReduction, NearestDoublesToMultiplesOfPiOverTwoAndQuarterPi) {
     }
 }
 
-TEST(TrigReduction, ClosestApproachesToMultiplesOfPiOverTwo) {
-    // The double below 2^20 closest to a multiple of pi/2 (about 29 pi/2,
-    // 6.19e-19 away), and others found the same way in other binades.
-    double const cases[] = {std::ldexp(6411027962775774.0, -47), std::ldexp(6411027962775774.0, -48),
-                            std::ldexp(6411027962775774.0, -46), 355.0 / 113.0 * 2, 1.5707963267948966,
-                            4.7123889803846897, 3.1415926535897931, 0x1.fffffffffffffp19};
-    for (double x : cases)
-        for (double s : {1.0, -1.0}) checkReduction(s * x);
-}
-
 // reduce takes the moderate path below the limit and the wide product from
 // there: at and beyond the limit it is the exact reduction throughout.
 TEST(TrigReduction, ReduceSwitchesAtTheLimit) {
