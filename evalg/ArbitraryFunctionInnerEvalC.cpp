@@ -100,7 +100,7 @@ void ArbitraryFunctionInnerEvalC::calculateSampled(WalkS &walk, std::vector<doub
     for (unsigned int c = 0; c < pixelColumns; ++c) {
         walk.column = c;
         SampleS right = sampleOf(edges[c + 1], values[c + 1], values[c + 1]);
-        PieceS piece{left, right, 0};
+        PieceS piece{left, right, 0, 0};
         if (left.defined && right.defined) {
             // The samples stand for the whole column: what they span is drawn
             // and counts as met.
@@ -146,18 +146,19 @@ void ArbitraryFunctionInnerEvalC::endColumn(WalkS &walk) {
 void ArbitraryFunctionInnerEvalC::walkColumn(WalkS &walk, SampleS const &left, SampleS const &right) {
     std::vector<PieceS> &pieces = walk.pieces;
     pieces.clear();
-    pieces.push_back(PieceS{left, right, 0});
+    pieces.push_back(PieceS{left, right, 0, 0});
     walk.budget = EVALUATION_BUDGET;
     int const rows = int(pixelRows);
     // Depth first, left half on top: the pieces come off in x order. A piece
-    // is split only while the budget lasts, and every split spends two
-    // evaluations, so the loop ends.
+    // is split only while the budget lasts beyond what it keeps for the
+    // pieces to its right, and every split spends two evaluations, so the
+    // loop ends.
     while (!pieces.empty()) {
         PieceS p = pieces.back();
         pieces.pop_back();
         IntervalC y = enclose(walk, IntervalC(p.a.x, p.b.x));
         double mid = p.a.x + (p.b.x - p.a.x) * 0.5;
-        bool canSplit = walk.budget > 0 && p.a.x < mid && mid < p.b.x;
+        bool canSplit = walk.budget > p.kept && p.a.x < mid && mid < p.b.x;
         int claimedLo = y.empty ? rows : rowOf(y.lo);
         int claimedHi = y.empty ? -1 : rowOf(y.hi);
         if (claimedHi < 0 || claimedLo >= rows || claimedLo > claimedHi) {
@@ -239,8 +240,13 @@ void ArbitraryFunctionInnerEvalC::walkColumn(WalkS &walk, SampleS const &left, S
             if (p.a.x < simple && simple < p.b.x) at = simple;
         }
         SampleS m = probe(walk, at);
-        pieces.push_back(PieceS{m, p.b, p.depth + 1});
-        pieces.push_back(PieceS{p.a, m, p.depth + 1});
+        // The left half may not spend what the right half needs to settle
+        // an ordinary stretch: a spot no halving settles (sin(1/x) at 0)
+        // would take it all, and leave a jump beside it undecided.
+        int spare = walk.budget - p.kept;
+        int keep = spare > 2 * RIGHT_RESERVE ? RIGHT_RESERVE : (spare > 0 ? spare / 2 : 0);
+        pieces.push_back(PieceS{m, p.b, p.depth + 1, p.kept});
+        pieces.push_back(PieceS{p.a, m, p.depth + 1, p.kept + keep});
     }
 }
 

@@ -58,6 +58,9 @@ public:
     static unsigned int const BREAK_DEPTH = 40;
     static unsigned int const TIGHT_DEPTH = 48;
     static int const EVALUATION_BUDGET = 4096;
+    // Kept back for the right half at each split (at most half of what is
+    // left), so that one side's spot that never settles cannot spend it all.
+    static int const RIGHT_RESERVE = 64;
 
     ArbitraryFunctionInnerEvalC();
     ArbitraryFunctionInnerEvalC(ArbitraryFunctionInnerEvalC const &other);
@@ -91,6 +94,7 @@ private:
         SampleS a;
         SampleS b;
         unsigned int depth;
+        int kept; // budget left for the pieces to its right: not to be spent
     };
     // The part of the open stretch in the current column: the rows where it
     // enters and leaves, the rows it may meet and those it provably meets
