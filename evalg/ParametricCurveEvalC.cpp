@@ -35,7 +35,7 @@ void ParametricCurveEvalC::calculate(rel::ParametricCurveC *relation, SetP set) 
         walk.set = set.get();
         walk.budget = EVALUATION_BUDGET;
         std::vector<PieceS> &pieces = walk.pieces;
-        pieces.push_back(PieceS{tMin, tMax, sampleAt(walk, tMin), sampleAt(walk, tMax), 0, 0});
+        pieces.push_back(PieceS{tMin, tMax, sampleAt(walk, tMin), sampleAt(walk, tMax), 0, 0, 0});
         // Depth first, left half on top: pieces come off in t order. A piece
         // is split only above the depth limits, so the loop ends.
         while (!pieces.empty()) {
@@ -54,13 +54,15 @@ void ParametricCurveEvalC::calculate(rel::ParametricCurveC *relation, SetP set) 
                 continue;
             }
             double mid = p.t0 + (p.t1 - p.t0) * 0.5;
-            bool canSplit = walk.budget > 0 && p.t0 < mid && mid < p.t1;
+            bool canSplit = walk.budget > p.kept && p.t0 < mid && mid < p.t1;
+            long spare = walk.budget - p.kept;
+            long keep = spare > 2 * LATER_RESERVE ? LATER_RESERVE : (spare > 0 ? spare / 2 : 0);
             bool clean = x.clean() && y.clean();
             if (!clean) {
                 if (canSplit && p.depth < BREAK_DEPTH) {
                     SampleS m = sampleAt(walk, mid);
-                    pieces.push_back(PieceS{mid, p.t1, m, p.b, p.depth + 1, 0});
-                    pieces.push_back(PieceS{p.t0, mid, p.a, m, p.depth + 1, 0});
+                    pieces.push_back(PieceS{mid, p.t1, m, p.b, p.depth + 1, 0, p.kept});
+                    pieces.push_back(PieceS{p.t0, mid, p.a, m, p.depth + 1, 0, p.kept + keep});
                     continue;
                 }
                 // A break: the sliver's enclosure says nothing, and the
@@ -85,8 +87,8 @@ void ParametricCurveEvalC::calculate(rel::ParametricCurveC *relation, SetP set) 
             unsigned int settle = few ? p.settle + 1 : 0;
             if (canSplit && p.depth < TIGHT_DEPTH && settle <= SETTLE_DEPTH) {
                 SampleS m = sampleAt(walk, mid);
-                pieces.push_back(PieceS{mid, p.t1, m, p.b, p.depth + 1, settle});
-                pieces.push_back(PieceS{p.t0, mid, p.a, m, p.depth + 1, settle});
+                pieces.push_back(PieceS{mid, p.t1, m, p.b, p.depth + 1, settle, p.kept});
+                pieces.push_back(PieceS{p.t0, mid, p.a, m, p.depth + 1, settle, p.kept + keep});
                 continue;
             }
             unsettledLeaf(walk, p, claim);

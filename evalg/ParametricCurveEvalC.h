@@ -25,7 +25,8 @@ namespace evalg {
 //   the pixels of its two end points share an edge and hold all it claims
 //   (then both are drawn: the curve runs from one into the other); below
 //   TIGHT_DEPTH, after SETTLE_DEPTH halvings that left it claiming a few
-//   pixels, or once the curve's EVALUATION_BUDGET is spent, the pixels
+//   pixels, or once the curve's EVALUATION_BUDGET is spent (up to what the
+//   pieces after it keep back), the pixels
 //   its enclosure claims are drawn undecided, ds::PixelPointC::UNDECIDED,
 //   when they are few (a piece through a pixel corner), else only the pixels
 //   of its two end points.
@@ -39,6 +40,10 @@ public:
     static unsigned int const BREAK_DEPTH = 40;
     static unsigned int const TIGHT_DEPTH = 56;
     static long const EVALUATION_BUDGET = 1L << 18;
+    // Kept back for the later half at each split (at most half of what is
+    // left), so that a spot no halving settles (sin(1/t) at 0) cannot spend
+    // the budget of the whole rest of the curve.
+    static long const LATER_RESERVE = 8192;
     // An unsettled piece whose enclosure claims at most this many pixels a
     // side is drawn as all of them.
     static int const UNSETTLED_SPAN = 3;
@@ -70,6 +75,8 @@ private:
         // Halvings spent since the piece's enclosure first claimed only a
         // few pixels.
         unsigned int settle;
+        // Budget left for the pieces after it in t: not to be spent.
+        long kept;
     };
     // Pixel ranges an enclosure claims; -1 and the pixel count stand for
     // beyond the window on either side.

@@ -30,10 +30,10 @@ using qelt::mathapp::rel::RelationC;
 
 namespace {
 
-enum class Shape { LISSAJOUS, STEPS, POLE, HALF_PARABOLA };
+enum class Shape { LISSAJOUS, STEPS, POLE, HALF_PARABOLA, OSCILLATION };
 
 // LISSAJOUS (cos 3t, sin 2t); STEPS (t, floor t); POLE (t, 1/t);
-// HALF_PARABOLA (sqrt t, t), defined from t = 0 on.
+// HALF_PARABOLA (sqrt t, t), defined from t = 0 on; OSCILLATION (t, sin 1/t).
 class Curve : public CurveFunctionIC {
 public:
     explicit Curve(Shape s) : s_(s) {}
@@ -46,6 +46,7 @@ public:
         case Shape::STEPS: x = t; y = IntervalC::floor(t); return;
         case Shape::POLE: x = t; y = IntervalC::div(IntervalC(1, 1), t); return;
         case Shape::HALF_PARABOLA: x = IntervalC::sqrt(t); y = t; return;
+        case Shape::OSCILLATION: x = t; y = IntervalC::sin(IntervalC::div(IntervalC(1, 1), t)); return;
         }
     }
 
@@ -99,6 +100,12 @@ bool sample(Shape s, bool cardioid, double t, double &x0, double &x1, double &y0
             mpfi_sqrt(x.v, a.v);
             mpfi_set_d(y.v, t);
             break;
+        case Shape::OSCILLATION:
+            if (t == 0) return false;
+            mpfi_set_d(x.v, t);
+            mpfi_inv(y.v, a.v);
+            mpfi_sin(y.v, y.v);
+            break;
         }
     }
     x0 = mpfr_get_d(&x.v->left, MPFR_RNDD);
@@ -134,6 +141,25 @@ std::vector<Pt> drawCurve(Case const &k, Window const &w) {
     return draw(evaluator, relation, w);
 }
 
+// The pixels that samples of t from tFrom on provably lie in (away from
+// every edge), as (column, screen row).
+std::set<std::pair<int, int>> sampledPixels(Case const &k, Window const &w, double tFrom, int samples) {
+    double xStep = (w.xMax - w.xMin) / (w.m - 1), yStep = (w.yMax - w.yMin) / (w.n - 1);
+    double left = w.xMin - xStep * 0.5, bottom = w.yMin - yStep * 0.5;
+    std::set<std::pair<int, int>> sampled;
+    for (int i = 0; i <= samples; ++i) {
+        double t = tFrom + (k.tMax - tFrom) * i / samples, sx0, sx1, sy0, sy1;
+        if (!sample(k.shape, k.cardioid, t, sx0, sx1, sy0, sy1)) continue;
+        double c = std::floor((sx0 - left) / xStep), r = std::floor((sy0 - bottom) / yStep);
+        if (!(c >= 0 && c < w.m && r >= 0 && r < w.n)) continue;
+        double margin = 1e-9;
+        if (sx1 >= left + xStep * (c + 1) - margin * xStep || sx0 <= left + xStep * c + margin * xStep) continue;
+        if (sy1 >= bottom + yStep * (r + 1) - margin * yStep || sy0 <= bottom + yStep * r + margin * yStep) continue;
+        sampled.insert({int(c), int(w.n) - 1 - int(r)});
+    }
+    return sampled;
+}
+
 } // namespace
 
 TEST(ParametricCurve, AgreesWithMpfiSamples) {
@@ -148,22 +174,7 @@ TEST(ParametricCurve, AgreesWithMpfiSamples) {
                                               << " window " << w.xMin << " " << w.xMax << " " << w.yMin << " "
                                               << w.yMax << " " << w.m << "x" << w.n);
             std::vector<Pt> pts = drawCurve(k, w);
-            double xStep = (w.xMax - w.xMin) / (w.m - 1), yStep = (w.yMax - w.yMin) / (w.n - 1);
-            double left = w.xMin - xStep * 0.5, bottom = w.yMin - yStep * 0.5;
-            // The pixels samples provably lie in (away from every edge).
-            std::set<std::pair<int, int>> sampled;
-            for (int i = 0; i <= samples; ++i) {
-                double t = k.tMin + (k.tMax - k.tMin) * i / samples, sx0, sx1, sy0, sy1;
-                if (!sample(k.shape, k.cardioid, t, sx0, sx1, sy0, sy1)) continue;
-                double c = std::floor((sx0 - left) / xStep), r = std::floor((sy0 - bottom) / yStep);
-                if (!(c >= 0 && c < w.m && r >= 0 && r < w.n)) continue;
-                double margin = 1e-9;
-                if (sx1 >= left + xStep * (c + 1) - margin * xStep || sx0 <= left + xStep * c + margin * xStep)
-                    continue;
-                if (sy1 >= bottom + yStep * (r + 1) - margin * yStep || sy0 <= bottom + yStep * r + margin * yStep)
-                    continue;
-                sampled.insert({int(c), int(w.n) - 1 - int(r)});
-            }
+            std::set<std::pair<int, int>> sampled = sampledPixels(k, w, k.tMin, samples);
             std::set<std::pair<int, int>> drawn;
             bool open = false;
             for (size_t i = 0; i < pts.size(); ++i) {
@@ -224,4 +235,20 @@ TEST(ParametricCurve, DegenerateInputsEnd) {
     EXPECT_TRUE(drawCurve(cases[0], {-1, 1, -1, 1, 1, 1}).empty());
     // One parameter value: one point of the curve.
     EXPECT_EQ(drawCurve({Shape::LISSAJOUS, false, 0, 0, 1}, {-2, 2, -2, 2, 41, 41}).size(), 1u);
+}
+
+// sin(1/t) at 0 is a spot no halving settles. It may take the budget it is
+// given, but not what the rest of the curve, after it in t, needs: every
+// pixel the curve provably crosses from t = 0.2 on is drawn.
+TEST(ParametricCurve, ASpotThatNeverSettlesLeavesTheRestDrawn) {
+    Case const k{Shape::OSCILLATION, false, -1, 3, 2};
+    Window const w{-1, 3, -2, 2, 161, 101};
+    std::vector<Pt> pts = drawCurve(k, w);
+    std::set<std::pair<int, int>> drawn;
+    for (Pt const &p : pts) drawn.insert({p.x, p.y});
+    std::set<std::pair<int, int>> sampled = sampledPixels(k, w, 0.2, 20000);
+    ASSERT_GT(sampled.size(), 100u);
+    int missing = 0;
+    for (auto const &px : sampled) missing += drawn.count(px) ? 0 : 1;
+    EXPECT_EQ(missing, 0) << "of " << sampled.size() << " crossed pixels";
 }
