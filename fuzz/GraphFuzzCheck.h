@@ -2,10 +2,12 @@
 #define EVALG_FUZZ_GRAPHFUZZCHECK_H
 
 // Runs one graph evaluation on fuzzed input and checks what every evaluation
-// owes its caller beyond not crashing: a bounded number of points, and every
-// reference given back.
+// owes its caller beyond not crashing: a bounded number of points, the same
+// points and markers whichever span flush the CPU runs, and every reference
+// given back.
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #include "FuzzInputC.h"
 #include "collab/ds/GraphDataSetWinC.h"
@@ -14,6 +16,7 @@
 #include "collab/oss/PointerTC.h"
 #include "collab/rel/RelationC.h"
 #include "evalg/CartesianRelationGraphEvalC.h"
+#include "evalg/SpanEmissionC.h"
 
 namespace fuzzcheck {
 
@@ -48,6 +51,24 @@ inline void evaluate(evalg::CartesianRelationGraphEvalC &evaluator, rel::Relatio
         if (set->getReferenceCount() != 1) fail("result shared", set->getReferenceCount(), 1);
         unsigned long bound = perEdge * (unsigned long)(domain->getM() + domain->getN()) + extra;
         if (set->getCount() > bound) fail("too many points", set->getCount(), bound);
+        // Again on each slower flush path: points, markers and the spare
+        // marker slots on either side must be the same to the bit.
+        unsigned int n = 0;
+        POINT const *points = set->getPixelPoints(n);
+        unsigned char const *markers = set->getPixelMarkers(n);
+        for (evalg::SpanEmissionC::PathE path : {evalg::SpanEmissionC::SCALAR, evalg::SpanEmissionC::SSE2}) {
+            evalg::SpanEmissionC::forcePath(path);
+            if (evalg::SpanEmissionC::path() == path) {
+                oss::PointerTC<ds::GraphDataSetWinC> again = evaluator.evaluateGraph(service, domain);
+                unsigned int m = 0;
+                POINT const *p = again->getPixelPoints(m);
+                unsigned char const *k = again->getPixelMarkers(m);
+                if (m != n) fail("flush paths disagree on the count", m, n);
+                if (n > 0 && std::memcmp(p, points, n * sizeof(POINT)) != 0) fail("flush paths disagree", path, 0);
+                if (std::memcmp(k - 1, markers - 1, n + 2) != 0) fail("flush paths disagree on markers", path, 0);
+            }
+            evalg::SpanEmissionC::unforcePath();
+        }
         // The set holds one reference to its window, the caller the other.
         if (domain->getReferenceCount() != 2) fail("window references", domain->getReferenceCount(), 2);
     }
