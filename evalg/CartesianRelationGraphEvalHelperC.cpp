@@ -15,15 +15,26 @@ namespace evalg {
 using oss::IntegerConversionC;
 
 CartesianRelationGraphEvalHelperC::CartesianRelationGraphEvalHelperC()
-    : spanTarget(nullptr), spanMode(COLUMNS | BACK), spanCount(0), unboundMarker(0) {}
+    : spanTarget(nullptr), batchFrames(), framesReady(), spanMode(COLUMNS | BACK), spanCount(0),
+      unboundMarker(0) {}
 // A copy starts with an empty buffer: spans belong to the evaluation running
 // in the source, not to the copy.
 CartesianRelationGraphEvalHelperC::CartesianRelationGraphEvalHelperC(CartesianRelationGraphEvalHelperC const &other)
     : CartesianRelationGraphEvalC(other), spanTarget(nullptr), spanMode(COLUMNS | BACK), spanCount(0),
-      unboundMarker(0) {}
+      unboundMarker(0) {
+    // The frames go with the window the copy takes over.
+    batchFrames[0] = other.batchFrames[0];
+    batchFrames[1] = other.batchFrames[1];
+    framesReady[0] = other.framesReady[0];
+    framesReady[1] = other.framesReady[1];
+}
 CartesianRelationGraphEvalHelperC &CartesianRelationGraphEvalHelperC::operator=(
     CartesianRelationGraphEvalHelperC const &other) {
     CartesianRelationGraphEvalC::operator=(other);
+    batchFrames[0] = other.batchFrames[0];
+    batchFrames[1] = other.batchFrames[1];
+    framesReady[0] = other.framesReady[0];
+    framesReady[1] = other.framesReady[1];
     return *this;
 }
 CartesianRelationGraphEvalHelperC::~CartesianRelationGraphEvalHelperC() {}
@@ -33,12 +44,14 @@ SpanEmissionC::FrameS CartesianRelationGraphEvalHelperC::spanFrame(AxisE axis) c
     // at rightEdge lands in column pixelColumns, one past the last. Kept so.
     if (axis == ROWS)
         return SpanEmissionC::FrameS{leftEdge, rightEdge, leftEdge, rightEdge, bottomEdge, yStep, yStepReciprocal,
-                                     leftEdge, xStep,     xStepReciprocal, int(pixelRows), true};
+                                     leftEdge, xStep,     xStepReciprocal, int(pixelRows), true, false};
     // Columns clamp to the centres of the outermost rows.
     return SpanEmissionC::FrameS{bottomEdge, topEdge, yHalfStep + bottomEdge, topEdge - yHalfStep,
                                  leftEdge,   xStep,   xStepReciprocal,        bottomEdge,
-                                 yStep,      yStepReciprocal, int(pixelRows), false};
+                                 yStep,      yStepReciprocal, int(pixelRows), false, false};
 }
+
+void CartesianRelationGraphEvalHelperC::windowSet() { framesReady[0] = framesReady[1] = false; }
 
 void CartesianRelationGraphEvalHelperC::bindSpans(ds::GraphDataSetWinC *set) {
     flushSpans();
@@ -59,7 +72,15 @@ void CartesianRelationGraphEvalHelperC::emitBatch() {
     unsigned int n = spanCount;
     spanCount = 0;
     if (!spanTarget) return;
-    SpanEmissionC::emit(spanFrame(AxisE(spanMode & ROWS)), spans, n, *spanTarget, (spanMode & FRONT) != 0);
+    // Each axis's frame is worked out at its first flush after the window is
+    // set: most walks use one axis only.
+    bool rows = (spanMode & ROWS) != 0;
+    if (!framesReady[rows]) {
+        batchFrames[rows] = spanFrame(rows ? ROWS : COLUMNS);
+        SpanEmissionC::prepare(batchFrames[rows]);
+        framesReady[rows] = true;
+    }
+    SpanEmissionC::emit(batchFrames[rows], spans, n, *spanTarget, (spanMode & FRONT) != 0);
 }
 
 void CartesianRelationGraphEvalHelperC::emitNow(AxisE axis, EndE end, double at, double from, double to,

@@ -183,6 +183,8 @@ protected:
         return markerSlot(*set, long(set->getCount()));
     }
 
+    void windowSet() override;
+
 private:
     // The numbers of one axis, read off the window.
     SpanEmissionC::FrameS spanFrame(AxisE axis) const;
@@ -194,6 +196,9 @@ private:
 
     // Borrowed for one evaluation; null between evaluations.
     ds::GraphDataSetWinC *spanTarget;
+    // Both axes' frames, worked out once per window rather than per flush.
+    SpanEmissionC::FrameS batchFrames[2];
+    bool framesReady[2];
     unsigned char spanMode;
     unsigned int spanCount;
     // Absorbs a marker set with no set bound.

@@ -37,8 +37,11 @@ bool GraphDomainEvalC::setDomain(oss::PointerTC<ds::GraphicalDomainC> domain) {
     rightEdge = xMax + xHalfStep;
     bottomEdge = domain->getYMin() - yHalfStep;
     topEdge = yHalfStep + domain->getYMax();
+    windowSet();
     return true;
 }
+
+void GraphDomainEvalC::windowSet() {}
 
 oss::PointerTC<ds::GraphDataSetWinC> GraphDomainEvalC::beginEvaluation(
     oss::PointerTC<ds::GraphicalDomainC> domain, unsigned int first, unsigned int second,

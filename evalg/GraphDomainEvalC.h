@@ -39,6 +39,10 @@ protected:
     // of the walked axis (a run per cell, a few more at a vertex).
     virtual unsigned int pointsPerCell() const;
 
+    // Called once setDomain has taken over a window, for what is worked out
+    // from the window once per evaluation.
+    virtual void windowSet();
+
     double round_to_left(double v) const;
     double round_to_right(double v) const;
     double round_to_bottom(double v) const;

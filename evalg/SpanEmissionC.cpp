@@ -78,6 +78,29 @@ inline int32_t scalarSpan(SpanEmissionC::FrameS const &frame, double at, double 
     return place(frame, start < end, cell, first, last, p0, p1);
 }
 
+// Whether every run end the vector path settles has its index in 0 .. 32767,
+// where the signed and unsigned 16-bit forms of an index agree and never
+// wrap. A span that is not dropped (and holds no NaN) has both clamped ends
+// between the least and the greatest of the gates and clamps: its start is at
+// least the low clamp and, not lying wholly beyond the high gate, at most
+// that gate or the low clamp; its end the same way round. The index of a
+// value is monotone in it (a subtraction, a division by a positive step, a
+// floor), so it lies between the indices of those bounds.
+bool indicesFitSixteenBits(SpanEmissionC::FrameS const &frame) {
+    // A NaN bound would bound nothing: the scalar path.
+    double const bounds[3] = {frame.gateHigh, frame.clampLow, frame.clampHigh};
+    double low = frame.gateLow, high = frame.gateLow;
+    for (double b : bounds) {
+        low = b < low ? b : low;
+        high = b > high ? b : high;
+    }
+    if (std::isnan(frame.gateLow + frame.gateHigh + frame.clampLow + frame.clampHigh)) return false;
+    if (!(frame.runStep > 0)) return false;
+    double first = std::floor((low - frame.runOrigin) / frame.runStep);
+    double last = std::floor((high - frame.runOrigin) / frame.runStep);
+    return first >= 0 && last <= 32767;
+}
+
 // The path the CPU can run, found once; and a forced choice for tests.
 SpanEmissionC::PathE detectPath() {
 #ifdef EVALG_HAVE_AVX2_PATH
@@ -96,6 +119,8 @@ SpanEmissionC::PathE chosenPath = bestPath;
 } // namespace
 
 SpanEmissionC::PathE SpanEmissionC::path() { return chosenPath; }
+
+void SpanEmissionC::prepare(FrameS &frame) { frame.vectorReady = indicesFitSixteenBits(frame); }
 
 void SpanEmissionC::forcePath(PathE p) {
     // A CPU with a path has the ones before it.
@@ -121,30 +146,6 @@ std::size_t SpanEmissionC::pointsScalar(FrameS const &frame, BatchS const &batch
 #ifdef EVALG_HAVE_SSE2_PATH
 
 namespace {
-
-// Whether every run end the vector path settles has its index in 0 .. 32767,
-// where the signed and unsigned 16-bit forms of an index agree and never
-// wrap. A span that is not dropped (and holds no NaN) has both clamped ends
-// between the least and the greatest of the gates and clamps: its start is at
-// least the low clamp and, not lying wholly beyond the high gate, at most
-// that gate or the low clamp; its end the same way round. The index of a
-// value is monotone in it (a subtraction, a division by a positive step, a
-// floor), so it lies between the indices of those bounds.
-bool indicesFitSixteenBits(SpanEmissionC::FrameS const &frame) {
-    // Checked on every flush, so plain comparisons rather than fmin and
-    // fmax; a NaN bound would bound nothing, and takes the scalar path.
-    double const bounds[3] = {frame.gateHigh, frame.clampLow, frame.clampHigh};
-    double low = frame.gateLow, high = frame.gateLow;
-    for (double b : bounds) {
-        low = b < low ? b : low;
-        high = b > high ? b : high;
-    }
-    if (std::isnan(frame.gateLow + frame.gateHigh + frame.clampLow + frame.clampHigh)) return false;
-    if (!(frame.runStep > 0)) return false;
-    double first = std::floor((low - frame.runOrigin) / frame.runStep);
-    double last = std::floor((high - frame.runOrigin) / frame.runStep);
-    return first >= 0 && last <= 32767;
-}
 
 // Calls the kernel built for the frame's orientation and the set's end, so
 // that neither is tested per span.
@@ -277,7 +278,7 @@ struct Sse2KernelS {
 std::size_t SpanEmissionC::pointsSse2(FrameS const &frame, BatchS const &batch, unsigned n, POINT *out,
                                       std::ptrdiff_t dir) {
     // A frame wider than a window can be (32767 cells): one span at a time.
-    if (!indicesFitSixteenBits(frame)) return pointsScalar(frame, batch, n, out, dir);
+    if (!frame.vectorReady) return pointsScalar(frame, batch, n, out, dir);
     return runOriented<Sse2KernelS>(frame, batch, n, out, dir);
 }
 
@@ -448,7 +449,7 @@ struct Avx2KernelS {
 std::size_t SpanEmissionC::pointsAvx2(FrameS const &frame, BatchS const &batch, unsigned n, POINT *out,
                                       std::ptrdiff_t dir) {
     // A frame wider than a window can be (32767 cells): one span at a time.
-    if (!indicesFitSixteenBits(frame)) return pointsScalar(frame, batch, n, out, dir);
+    if (!frame.vectorReady) return pointsScalar(frame, batch, n, out, dir);
     return runOriented<Avx2KernelS>(frame, batch, n, out, dir);
 }
 

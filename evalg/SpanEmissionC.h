@@ -29,7 +29,13 @@ public:
         double runOrigin, runStep, runReciprocal;
         int pixelRows;
         bool rows; // runs lie along x, in the row of at
+        // Set by prepare: every index the vector paths settle fits 0..32767.
+        // A frame without it goes one span at a time.
+        bool vectorReady;
     };
+
+    // Works out vectorReady, once per frame rather than on every flush.
+    static void prepare(FrameS &frame);
 
     // A batch of spans, one array per coordinate so that four load at once.
     struct BatchS {
