@@ -1,5 +1,6 @@
 #include "evalg/ArbitraryFunctionInnerEvalC.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -244,7 +245,7 @@ void ArbitraryFunctionInnerEvalC::walkColumn(WalkS &walk, SampleS const &left, S
         // an ordinary stretch: a spot no halving settles (sin(1/x) at 0)
         // would take it all, and leave a jump beside it undecided.
         int spare = walk.budget - p.kept;
-        int keep = spare > 2 * RIGHT_RESERVE ? RIGHT_RESERVE : (spare > 0 ? spare / 2 : 0);
+        int keep = std::min(RIGHT_RESERVE, std::max(spare, 0) / 2);
         pieces.push_back(PieceS{m, p.b, p.depth + 1, p.kept});
         pieces.push_back(PieceS{p.a, m, p.depth + 1, p.kept + keep});
     }

@@ -60,7 +60,7 @@ public:
     static int const EVALUATION_BUDGET = 4096;
     // Kept back for the right half at each split (at most half of what is
     // left), so that one side's spot that never settles cannot spend it all.
-    static int const RIGHT_RESERVE = 64;
+    static constexpr int RIGHT_RESERVE = 64;
 
     ArbitraryFunctionInnerEvalC();
     ArbitraryFunctionInnerEvalC(ArbitraryFunctionInnerEvalC const &other);

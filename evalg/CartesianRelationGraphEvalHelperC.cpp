@@ -18,23 +18,15 @@ CartesianRelationGraphEvalHelperC::CartesianRelationGraphEvalHelperC()
     : spanTarget(nullptr), batchFrames(), framesReady(), spanMode(COLUMNS | BACK), spanCount(0),
       unboundMarker(0) {}
 // A copy starts with an empty buffer: spans belong to the evaluation running
-// in the source, not to the copy.
+// in the source, not to the copy. Its frames are worked out again from the
+// window it takes over.
 CartesianRelationGraphEvalHelperC::CartesianRelationGraphEvalHelperC(CartesianRelationGraphEvalHelperC const &other)
-    : CartesianRelationGraphEvalC(other), spanTarget(nullptr), spanMode(COLUMNS | BACK), spanCount(0),
-      unboundMarker(0) {
-    // The frames go with the window the copy takes over.
-    batchFrames[0] = other.batchFrames[0];
-    batchFrames[1] = other.batchFrames[1];
-    framesReady[0] = other.framesReady[0];
-    framesReady[1] = other.framesReady[1];
-}
+    : CartesianRelationGraphEvalC(other), spanTarget(nullptr), batchFrames(), framesReady(),
+      spanMode(COLUMNS | BACK), spanCount(0), unboundMarker(0) {}
 CartesianRelationGraphEvalHelperC &CartesianRelationGraphEvalHelperC::operator=(
     CartesianRelationGraphEvalHelperC const &other) {
     CartesianRelationGraphEvalC::operator=(other);
-    batchFrames[0] = other.batchFrames[0];
-    batchFrames[1] = other.batchFrames[1];
-    framesReady[0] = other.framesReady[0];
-    framesReady[1] = other.framesReady[1];
+    windowSet();
     return *this;
 }
 CartesianRelationGraphEvalHelperC::~CartesianRelationGraphEvalHelperC() {}

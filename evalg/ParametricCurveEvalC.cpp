@@ -1,5 +1,6 @@
 #include "evalg/ParametricCurveEvalC.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <new>
@@ -56,7 +57,7 @@ void ParametricCurveEvalC::calculate(rel::ParametricCurveC *relation, SetP set) 
             double mid = p.t0 + (p.t1 - p.t0) * 0.5;
             bool canSplit = walk.budget > p.kept && p.t0 < mid && mid < p.t1;
             long spare = walk.budget - p.kept;
-            long keep = spare > 2 * LATER_RESERVE ? LATER_RESERVE : (spare > 0 ? spare / 2 : 0);
+            long keep = std::min(LATER_RESERVE, std::max(spare, 0L) / 2);
             bool clean = x.clean() && y.clean();
             if (!clean) {
                 if (canSplit && p.depth < BREAK_DEPTH) {

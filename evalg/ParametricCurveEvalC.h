@@ -43,7 +43,7 @@ public:
     // Kept back for the later half at each split (at most half of what is
     // left), so that a spot no halving settles (sin(1/t) at 0) cannot spend
     // the budget of the whole rest of the curve.
-    static long const LATER_RESERVE = 8192;
+    static constexpr long LATER_RESERVE = 8192;
     // An unsettled piece whose enclosure claims at most this many pixels a
     // side is drawn as all of them.
     static int const UNSETTLED_SPAN = 3;
