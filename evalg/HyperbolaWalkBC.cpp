@@ -27,6 +27,81 @@ HyperbolaWalkBC::~HyperbolaWalkBC() {}
 
 unsigned int HyperbolaWalkBC::pointsPerCell() const { return 4; }
 
+// Cells first, first + d, ... of one half; each span reads along the curve
+// (prepending turns the near-to-far order round). A half meets the window in
+// one run of cells: the walk looks for its first cell, then follows the run
+// and stops at the first cell after it. Returns whether the first cell met
+// the window.
+bool HyperbolaWalkBC::walkHalf(HalfS const &h, int first, int d, EndE end, ds::GraphDataSetWinC *set) {
+    bindSpans(set);
+    // Everything the loops read, in locals: spans are stored through
+    // pointers, and a value reached through h would be loaded again after
+    // every store.
+    double const p = h.p, m = h.m, fLo = h.fLo, fHi = h.fHi, fMin = h.fMin, fMax = h.fMax;
+    double const cf = h.cf, sStep = h.sStep, wEdge = h.wEdge, wStep = h.wStep, n0 = h.n0;
+    double const dd = d;
+    double const d2 = 2 * m * m;
+    long const count = first < 0 || first >= h.cells ? 0 : d > 0 ? long(h.cells) - first : long(first) + 1;
+    auto clamp = [&](double f) { return f < fMin ? fMin : (f > fMax ? fMax : f); };
+    double nNear = n0 + double(d > 0 ? first : first + 1);
+    // f at the near edge: the far edge's value of the cell before.
+    double fNear = cf + sStep * std::sqrt(p * p + (m * nNear) * (m * nNear));
+    double g2 = 0; // (f - cf)^2 at the far edge, in pixels
+    double d1 = 0; // its first difference towards the next far edge
+    long i = 0;
+    // f at the far edge of the next cell. Every ANCHOR_PERIOD cells g2 is
+    // taken afresh, so that rounding cannot pile up; in between it steps by
+    // its differences.
+    auto advance = [&]() {
+        if (i % ANCHOR_PERIOD == 0) {
+            int j = first + int(i) * d;
+            double nFar = n0 + double(d > 0 ? j + 1 : j);
+            g2 = p * p + (m * nFar) * (m * nFar);
+            d1 = m * m * (2 * nFar * dd + 1);
+        }
+        double f = cf + sStep * std::sqrt(g2);
+        g2 = g2 + d1;
+        d1 = d1 + d2;
+        ++i;
+        return f;
+    };
+    double centre = double(first) + 0.5; // the cell's centre, in cells from edge 0
+    double fFar = fNear;
+    bool met = false;
+    // Up to the first cell whose run meets the window.
+    while (i < count) {
+        fNear = fFar;
+        fFar = advance();
+        double lo = fNear < fFar ? fNear : fFar;
+        double hi = fNear < fFar ? fFar : fNear;
+        met = hi >= fLo && lo <= fHi && fNear == fNear && fFar == fFar;
+        if (met) break;
+        centre += dd;
+    }
+    bool const firstMet = met && i == 1;
+    if (met) {
+        SpanCursorC spans(*this, h.axis, end);
+        double from = clamp(fNear);
+        // Then the run, cell by cell. Its near end is the far end of the
+        // cell before, which met the window and so is a number: the cell
+        // meets when its far end is a number too and the two ends do not
+        // both lie beyond one edge. The near end's tests carry over.
+        for (;;) {
+            double to = clamp(fFar);
+            spans.put(wEdge + centre * wStep, from, to);
+            if (i == count) break;
+            bool nearLow = fFar >= fLo, nearHigh = fFar <= fHi;
+            fFar = advance();
+            if (!(fFar == fFar && (nearLow || fFar >= fLo) && (nearHigh || fFar <= fHi))) break;
+            from = to;
+            centre += dd;
+        }
+        spans.close();
+    }
+    stepCount += static_cast<unsigned long>(i);
+    return firstMet;
+}
+
 void HyperbolaWalkBC::plotBranches(BranchFrame const &fr, AxisE axis, SetP target) {
     unsigned long &steps = stepCount;
     steps = 0;
@@ -48,9 +123,6 @@ void HyperbolaWalkBC::plotBranches(BranchFrame const &fr, AxisE axis, SetP targe
     // from its vertex outwards, inside the vertex cell.
     bool rays = !(m * m < inf);
 
-    // The frame's numbers in locals: the walk writes spans through pointers
-    // into the buffer, and values read through fr would be read again after
-    // every such store.
     double const fLo = fr.fLo, fHi = fr.fHi, fStep = fr.fStep, cf = fr.cf;
     double const wEdge = fr.wEdge, wStep = fr.wStep;
     double const fMin = fLo + 0.5 * fStep;
@@ -93,51 +165,11 @@ void HyperbolaWalkBC::plotBranches(BranchFrame const &fr, AxisE axis, SetP targe
         if (!lower) continue; // a failed allocation leaves the branch out
         lower->clear(SIZE_MAX);
         auto f = [&](double g) { return cf + side * fStep * g; };
-
-        // Cells first, first + d, ... of one half; each span reads along the
-        // curve (prepending turns the near-to-far order round). A half meets
-        // the window in one run of cells, so it stops at the first cell after
-        // that run. Returns whether the first cell met the window.
-        auto walkHalf = [&](int first, int d, EndE end, SetP const &set) {
-            bindSpans(set.get());
-            unsigned long walked = 0;
-            bool seen = false;
-            bool firstMet = false;
-            double nNear = n0 + double(d > 0 ? first : first + 1);
-            // f at the near edge: the far edge's value of the cell before.
-            double fNear = f(std::sqrt(G(nNear)));
-            double g2 = 0; // (f - cf)^2 at the far edge
-            double d1 = 0; // its first difference towards the next far edge
-            double d2 = 2 * m * m;
-            SpanCursorC spans(*this, axis, end);
-            int i = 0;
-            for (int j = first; j >= 0 && j < fr.cells; j += d, ++i) {
-                ++walked;
-                if (i % ANCHOR_PERIOD == 0) {
-                    double nFar = n0 + double(d > 0 ? j + 1 : j);
-                    g2 = G(nFar);
-                    d1 = m * m * (2 * nFar * d + 1);
-                }
-                double fFar = f(std::sqrt(g2));
-                if (meets(fNear, fFar)) {
-                    spans.put(centre(j), clamp(fNear), clamp(fFar));
-                    firstMet = firstMet || j == first;
-                    seen = true;
-                } else if (seen) {
-                    break;
-                }
-                fNear = fFar;
-                g2 = g2 + d1;
-                d1 = d1 + d2;
-            }
-            spans.close();
-            steps += walked;
-            return firstMet;
-        };
+        HalfS const half = {p, m, fLo, fHi, fMin, fMax, cf, side * fStep, wEdge, wStep, n0, fr.cells, axis};
 
         // The lower half first: it precedes the upper one in the target.
         bool lowerJoins = false;
-        if (!rays) lowerJoins = walkHalf(lowerFirst, -1, FRONT, lower) && vertexInside;
+        if (!rays) lowerJoins = walkHalf(half, lowerFirst, -1, FRONT, lower.get()) && vertexInside;
         // Its pending spans go out to it before it is read.
         bindSpans(target.get());
         unsigned int lowerCount = lower->getCount();
@@ -162,7 +194,7 @@ void HyperbolaWalkBC::plotBranches(BranchFrame const &fr, AxisE axis, SetP targe
                 upperJoins = true;
             }
         }
-        if (!rays) walkHalf(next, +1, BACK, target);
+        if (!rays) walkHalf(half, next, +1, BACK, target.get());
 
         // Both halves meet the window next to the vertex: one stretch.
         bool joined = upperJoins && lowerJoins;

@@ -38,6 +38,21 @@ protected:
     void plotBranches(BranchFrame const &frame, AxisE axis, SetP target);
 
     unsigned long stepCount;
+
+private:
+    // One branch's numbers for a half walk: those of BranchFrame in pixels,
+    // with the branch's side folded into the step on f.
+    struct HalfS {
+        double p, m;         // vertex offset, asymptote slope
+        double fLo, fHi;     // window edges on f
+        double fMin, fMax;   // centres of the outermost cells on f
+        double cf, sStep;    // centre on f, and the signed cell size
+        double wEdge, wStep; // lower edge of cell 0, and the cell size, on w
+        double n0;           // edge 0, in cells from the centre
+        int cells;           // cells on w
+        AxisE axis;
+    };
+    bool walkHalf(HalfS const &half, int first, int d, EndE end, ds::GraphDataSetWinC *set);
 };
 
 } // namespace evalg
