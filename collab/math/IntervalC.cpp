@@ -983,6 +983,10 @@ IntervalC IntervalC::erfc(IntervalC const &a) {
     IntervalC r = monotone(a.lo, a.hi, [](double v) { return std::erfc(v); }, false, gammaMargin);
     if (r.lo < 0) r.lo = 0;
     if (r.hi > 2) r.hi = 2;
+    // erfc(0) is exactly 1: an end there keeps its bound exact, so that the
+    // value stays inside the domain of acosh, acos and the like.
+    if (a.lo == 0) r.hi = 1;
+    if (a.hi == 0) r.lo = 1;
     return withFlags(r, a);
 }
 
