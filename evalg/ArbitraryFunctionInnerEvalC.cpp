@@ -262,15 +262,58 @@ void ArbitraryFunctionInnerEvalC::continuousLeaf(WalkS &walk, PieceS const &piec
 
 void ArbitraryFunctionInnerEvalC::breakLeaf(WalkS &walk, PieceS const &piece) {
     closeBefore(walk, piece.a);
-    double s = simplestBetween(piece.a.x, piece.b.x);
-    if (!(piece.a.x < s && s < piece.b.x)) return;
-    SampleS inner = probe(walk, s);
     auto sameRow = [](SampleS const &u, SampleS const &v) {
         return u.rowKnown() && v.rowKnown() && u.rowLo == v.rowLo;
     };
-    // A value in a row of its own is an isolated point (sign(0)); one in the
-    // row of a side is drawn with that side.
-    if (!sameRow(inner, piece.a) && !sameRow(inner, piece.b)) pointStretch(walk, inner, true);
+    // The change of side lies between lo, in the row of the left end, and hi.
+    SampleS lo = piece.a, hi = piece.b;
+    double s = simplestBetween(piece.a.x, piece.b.x);
+    if (piece.a.x < s && s < piece.b.x) {
+        SampleS inner = probe(walk, s);
+        bool withA = sameRow(inner, piece.a), withB = sameRow(inner, piece.b);
+        // A value in a row of its own is an isolated point (sign(0)); one in
+        // the row of a side is drawn with that side.
+        if (!withA && !withB) {
+            pointStretch(walk, inner, true);
+            return;
+        }
+        if (withA) lo = inner;
+        else hi = inner;
+    }
+    if (!piece.a.rowKnown() || !piece.b.rowKnown() || sameRow(piece.a, piece.b)) return;
+    // Halved down to neighbouring doubles, the first value past the change
+    // is the curve's own there: in a row of neither side it is an isolated
+    // point off the simple numbers (sign(x - 0.3) at 0.3). The piece's right
+    // end is left to the piece it starts.
+    for (int halvings = 0; halvings < 64 && walk.budget > piece.kept; ++halvings) {
+        double m = doubleBetween(lo.x, hi.x);
+        if (!(lo.x < m && m < hi.x)) break;
+        SampleS middle = probe(walk, m);
+        if (sameRow(middle, piece.a))
+            lo = middle;
+        else
+            hi = middle;
+    }
+    if (hi.x != piece.b.x && doubleBetween(lo.x, hi.x) == lo.x && hi.rowKnown() && !sameRow(hi, piece.a) &&
+        !sameRow(hi, piece.b))
+        pointStretch(walk, hi, true);
+}
+
+double ArbitraryFunctionInnerEvalC::doubleBetween(double a, double b) {
+    // The middle of the doubles from a to b (a < b, both numbers), by their
+    // order as integers: halving that count reaches neighbours within 64
+    // steps, where halving the distance would take about a thousand near 0.
+    auto key = [](double v) {
+        std::uint64_t u;
+        std::memcpy(&u, &v, sizeof u);
+        return (u >> 63) ? ~u : u | (std::uint64_t(1) << 63);
+    };
+    std::uint64_t ka = key(a), kb = key(b);
+    std::uint64_t km = ka + (kb - ka) / 2;
+    std::uint64_t u = (km >> 63) ? km & ~(std::uint64_t(1) << 63) : ~km;
+    double m;
+    std::memcpy(&m, &u, sizeof m);
+    return m;
 }
 
 void ArbitraryFunctionInnerEvalC::undecidedLeaf(WalkS &walk, PieceS const &piece, int claimedLo, int claimedHi) {

@@ -77,6 +77,9 @@ public:
     // The double in [a, b] with the fewest significant bits: 0 when the range
     // holds it, else the binary prefix a and b share followed by a one.
     static double simplestBetween(double a, double b);
+    // The double halfway, by count, between a and b (a < b): a itself when
+    // they are neighbours.
+    static double doubleBetween(double a, double b);
 
 private:
     // A point of the curve: x, and an enclosure [lo, hi] of f(x) with the rows

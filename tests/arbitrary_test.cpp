@@ -85,6 +85,11 @@ TEST(ArbitraryGraph, BreaksExactlyWhereTheCurveBreaks) {
         {"sqrt(x-1) + asin(x/3)", standard, 1, 1, 3},
         {"sin(x)/x", standard, 2, -all, all}, // no join across its one-point hole
         {"sign(x)", standard, 3, -all, all},  // and the isolated point (0, 0)
+        // The same off the simple numbers: the double nearest 0.3 (1/3) is
+        // never a piece end, and its point is found inside the jump's sliver.
+        {"sign(x - 0.3)", standard, 3, -all, all},
+        {"-sign(1/3 - x)", standard, 3, -all, all},
+        {"floor(x - 0.3)", standard, 11, -all, all}, // steps -5 to 5, no points between
         {"x^2 + 6", standard, 0, -all, all}, // above the window
     };
     for (Case const &c : cases) {
