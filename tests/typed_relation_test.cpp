@@ -4,7 +4,6 @@
 #include <cmath>
 #include <functional>
 #include <map>
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -156,36 +155,25 @@ TEST(TypedRelation, RoutesEverythingElseToTheGeneralEvaluators) {
 // and markers.
 TEST(TypedRelation, TypedAndNamedDrawTheSamePixels) {
     using Make = std::function<std::vector<Pt>(Window const &)>;
-    auto named = [](auto *evaluator, rel::RelationC *relation) {
+    auto named = [](auto evaluator, rel::RelationC *relation) {
         PointerTC<rel::RelationC> held(relation);
-        return Make([evaluator, held](Window const &w) { return draw(*evaluator, held, w); });
+        return Make([evaluator, held](Window const &w) mutable { return draw(evaluator, held, w); });
     };
-    evalg::LinearFunction1EvalC line;
-    evalg::QuadraticFunctionEvalC quadratic;
-    evalg::ParabolaVertEvalC vparabola;
-    evalg::ParabolaEvalC parabola;
-    evalg::CircleEvalC circle;
-    evalg::EllipseEvalC ellipse;
-    evalg::HyperbolaEvalC hyperbola;
-    evalg::HyperbolaVertEvalC vhyperbola;
-    evalg::PowerFunctionEvalC power;
-    evalg::ExponentialFunctionEvalC exponential;
-    evalg::LogarithmicFunctionEvalC logarithm;
-    evalg::SinusoidalFunctionEvalC sinusoid;
     std::vector<std::pair<char const *, Make>> const cases = {
-        {"y = 0.3(x - 1.7) + 0.1", named(&line, new rel::LinearFunction1C(0.3, 1.7, 0.1))},
-        {"y = 0.25(x - 1)^2 - 4", named(&quadratic, new rel::QuadraticFunctionC(0.25, 1, -4))},
-        {"(x + 1)^2 = 2(y + 3)", named(&vparabola, new rel::ParabolaVertC(-1, -3, 0.5))},
-        {"(y - 0.5)^2 = 4(x + 4)", named(&parabola, new rel::ParabolaC(-4, 0.5, 1))},
-        {"(x + 1)^2 + (y - 0.5)^2 = 12.25", named(&circle, new rel::CircleC(-1, 0.5, 3.5))},
-        {"(x - 1)^2/36 + y^2/9 = 1", named(&ellipse, new rel::EllipseC(1, 0, 6, 3))},
-        {"x^2/4 - y^2/2.25 = 1", named(&hyperbola, new rel::HyperbolaC(0, 0, 2, 1.5))},
-        {"(y + 0.5)^2/2.25 - (x - 1)^2/4 = 1", named(&vhyperbola, new rel::HyperbolaVertC(1, -0.5, 2, 1.5))},
-        {"y = 0.5/(x - 1) - 1", named(&power, new rel::PowerFunctionC(0.5, 1, -1, -1, rel::PowerFunctionDomainRestrictionE(0)))},
-        {"y = 0.5e^(0.5x) - 3", named(&exponential, new rel::ExponentialFunctionC(0.5, 0.5, -3))},
-        {"y = 2log(2, x + 7) - 3", named(&logarithm, new rel::LogarithmicFunctionC(1, 2, -7, -3, 2))},
-        {"y = 3sin(1.5(x - 0.5))", named(&sinusoid, new rel::SinusoidalFunctionC(1.5, 3, 0.5, 0, true))},
-        {"y = 4cos(0.5x) - 0.5", named(&sinusoid, new rel::SinusoidalFunctionC(0.5, 4, 0, -0.5, false))},
+        {"y = 0.3(x - 1.7) + 0.1", named(evalg::LinearFunction1EvalC(), new rel::LinearFunction1C(0.3, 1.7, 0.1))},
+        {"y = 0.25(x - 1)^2 - 4", named(evalg::QuadraticFunctionEvalC(), new rel::QuadraticFunctionC(0.25, 1, -4))},
+        {"(x + 1)^2 = 2(y + 3)", named(evalg::ParabolaVertEvalC(), new rel::ParabolaVertC(-1, -3, 0.5))},
+        {"(y - 0.5)^2 = 4(x + 4)", named(evalg::ParabolaEvalC(), new rel::ParabolaC(-4, 0.5, 1))},
+        {"(x + 1)^2 + (y - 0.5)^2 = 12.25", named(evalg::CircleEvalC(), new rel::CircleC(-1, 0.5, 3.5))},
+        {"(x - 1)^2/36 + y^2/9 = 1", named(evalg::EllipseEvalC(), new rel::EllipseC(1, 0, 6, 3))},
+        {"x^2/4 - y^2/2.25 = 1", named(evalg::HyperbolaEvalC(), new rel::HyperbolaC(0, 0, 2, 1.5))},
+        {"(y + 0.5)^2/2.25 - (x - 1)^2/4 = 1", named(evalg::HyperbolaVertEvalC(), new rel::HyperbolaVertC(1, -0.5, 2, 1.5))},
+        {"y = 0.5/(x - 1) - 1",
+         named(evalg::PowerFunctionEvalC(), new rel::PowerFunctionC(0.5, 1, -1, -1, rel::PowerFunctionDomainRestrictionE(0)))},
+        {"y = 0.5e^(0.5x) - 3", named(evalg::ExponentialFunctionEvalC(), new rel::ExponentialFunctionC(0.5, 0.5, -3))},
+        {"y = 2log(2, x + 7) - 3", named(evalg::LogarithmicFunctionEvalC(), new rel::LogarithmicFunctionC(1, 2, -7, -3, 2))},
+        {"y = 3sin(1.5(x - 0.5))", named(evalg::SinusoidalFunctionEvalC(), new rel::SinusoidalFunctionC(1.5, 3, 0.5, 0, true))},
+        {"y = 4cos(0.5x) - 0.5", named(evalg::SinusoidalFunctionEvalC(), new rel::SinusoidalFunctionC(0.5, 4, 0, -0.5, false))},
     };
     Window const windows[] = {defaultWindow(), Window{-3.3, 7.1, -6.2, 2.9, 317, 211},
                               Window{-20, 20, -12, 12, 1920, 1080}};
@@ -285,23 +273,12 @@ struct ImplicitCase {
     bool any; // OR of the parts; otherwise AND
 };
 
+// What a box's enclosure [lo, hi] of h proves about h op 0.
 bool provenTrue(char op, double lo, double hi) {
-    switch (op) {
-    case '<': return hi < 0;
-    case 'l': return hi <= 0;
-    case '>': return lo > 0;
-    case 'g': return lo >= 0;
-    default: return false;
-    }
+    return op == '<' ? hi < 0 : op == 'l' ? hi <= 0 : op == '>' ? lo > 0 : op == 'g' && lo >= 0;
 }
 bool provenFalse(char op, double lo, double hi) {
-    switch (op) {
-    case '=': return lo > 0 || hi < 0;
-    case '<': return lo >= 0;
-    case 'l': return lo > 0;
-    case '>': return hi <= 0;
-    default: return hi < 0;
-    }
+    return op == '=' ? lo > 0 || hi < 0 : op == '<' ? lo >= 0 : op == 'l' ? lo > 0 : op == '>' ? hi <= 0 : hi < 0;
 }
 
 } // namespace

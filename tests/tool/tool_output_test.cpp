@@ -36,35 +36,28 @@ struct Place {
 
 void PrintTo(Place const &c, std::ostream *os) { *os << c.name; }
 
+// A symbolic link name -> to in the folder; its name, or "" when it cannot be made.
+std::string link(Folder const &f, char const *to, char const *name) {
+    return ::symlink(to, f.file(name).c_str()) == 0 ? name : "";
+}
+
 std::vector<Place> places() {
     return {
         {"new file", [](Folder const &) { return std::string("out.csv"); }, "out.csv", 'f'},
         {"existing file", [](Folder const &f) { f.write("out.csv", "earlier"); return std::string("out.csv"); },
          "out.csv", 'f'},
-        {"link to a file",
-         [](Folder const &f) {
-             f.write("target.csv", "earlier");
-             return ::symlink("target.csv", f.file("link").c_str()) == 0 ? std::string("link") : "";
-         },
+        {"link to a file", [](Folder const &f) { f.write("target.csv", "earlier"); return link(f, "target.csv", "link"); },
          "target.csv", 'l'},
-        {"dangling link",
-         [](Folder const &f) { return ::symlink("made.csv", f.file("link").c_str()) == 0 ? std::string("link") : ""; },
-         "made.csv", 'l'},
+        {"dangling link", [](Folder const &f) { return link(f, "made.csv", "link"); }, "made.csv", 'l'},
         {"link chain into a folder",
          [](Folder const &f) {
              ::mkdir(f.file("sub").c_str(), 0755);
              f.write("sub/target.csv", "earlier");
-             bool made = ::symlink("sub/target.csv", f.file("first").c_str()) == 0 &&
-                         ::symlink("first", f.file("second").c_str()) == 0;
-             return made ? std::string("second") : "";
+             return link(f, "sub/target.csv", "first").empty() ? "" : link(f, "first", "second");
          },
          "sub/target.csv", 'l'},
         {"dash", [](Folder const &) { return std::string("-"); }, "", '-'},
-        {"link to standard output",
-         [](Folder const &f) {
-             return ::symlink("/proc/self/fd/1", f.file("stdout").c_str()) == 0 ? std::string("stdout") : "";
-         },
-         "", 'l'},
+        {"link to standard output", [](Folder const &f) { return link(f, "/proc/self/fd/1", "stdout"); }, "", 'l'},
     };
 }
 
@@ -146,13 +139,19 @@ TEST(OutputPlaces, DevicesAreWrittenInPlaceAndAFullOneFails) {
     EXPECT_EQ(f.entries(), (std::vector<std::string>{"full", "null", "to-full"}));
 }
 
-TEST(OutputPlaces, AFolderIsRefused) {
-    Folder f;
-    ::mkdir(f.file("dir").c_str(), 0755);
-    Result r = f.evalg(with(plot, {"-o", "dir"}));
-    EXPECT_EQ(r.status, 1);
-    EXPECT_NE(r.err.find("'dir': Is a directory"), std::string::npos) << r.err;
-    EXPECT_TRUE(f.entries("dir").empty());
+TEST(OutputPlaces, AFolderOrAMissingOneIsStatusOne) {
+    struct {
+        char const *out, *message;
+    } const cases[] = {{"dir", "'dir': Is a directory"}, {"missing/out.png", "'missing/out.png'"}};
+    for (auto const &c : cases) {
+        Folder f;
+        ::mkdir(f.file("dir").c_str(), 0755);
+        Result r = f.evalg(with(plot, {"-o", c.out}));
+        EXPECT_EQ(r.status, 1) << c.out;
+        EXPECT_NE(r.err.find(c.message), std::string::npos) << r.err;
+        EXPECT_EQ(f.entries(), std::vector<std::string>{"dir"}) << c.out;
+        EXPECT_TRUE(f.entries("dir").empty()) << c.out;
+    }
 }
 
 // A streamed JSON replaces a regular file whole, as a string did.
