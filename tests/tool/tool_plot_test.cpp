@@ -152,8 +152,6 @@ std::vector<PlotCase> plotCases() {
          drawnBy<evalg::SinusoidalFunctionEvalC>(new rel::SinusoidalFunctionC(2, 7, 0, 1, true))},
         {"cos", {"cos", "h=-1", "a=0.75"}, {-10, 10, -1.5, 1.5, 200, 40}, "SinusoidalFunctionEvalC",
          drawnBy<evalg::SinusoidalFunctionEvalC>(new rel::SinusoidalFunctionC(0.75, 1, -1, 0, false))},
-        {"sampled quadratic", {"sampled", "of=quadratic", "a=0.5", "h=-2", "k=-3"}, handheld, "GeneralEvalC",
-         sampledBy(100, new rel::QuadraticFunctionC(0.5, -2, -3))},
         {"sampled few subdivisions", {"sampled", "subdivisions=2.5", "of=quadratic", "a=-40"}, {-1, 1, -1, 1, 21, 21},
          "GeneralEvalC", sampledBy(2.5, new rel::QuadraticFunctionC(-40, 0, 0))},
         {"sketch", {"sketch", "file=s.csv"}, handheld, "SketchEvalC", sketched(), "s.csv", sketchCsv},

@@ -17,15 +17,14 @@ json plotJson(Folder const &f, std::vector<std::string> const &relation) {
 
 } // namespace
 
+// Pixel for pixel the library's typed_relation_test compares the families on
+// several windows; here the tool's reading of the words and its report.
 TEST(TypedRelations, AreTheNamedKindWithTheSameNumbers) {
     struct {
         std::vector<std::string> typed, named;
     } const cases[] = {
         {{"x^2 + y^2 = 9"}, {"circle", "r=3"}},
         {{"y", "=", "0.25(x", "-", "1)^2", "-", "4"}, {"quadratic", "a=0.25", "h=1", "k=-4"}},
-        {{"(x - 1)^2/36 + y^2/9 = 1"}, {"ellipse", "h=1", "a=6", "b=3"}},
-        {{"x^2/4 - y^2/2.25 = 1"}, {"hyperbola", "a=2", "b=1.5"}},
-        {{"y = 3sin(1.5(x - 0.5))"}, {"sin", "a=1.5", "b=3", "h=0.5"}},
         {{"y = 2log(2, x + 7) - 3"}, {"log", "b=2", "h=-7", "k=-3", "base=2"}},
         {{"relation", "text=y = 0.5e^(0.5x) - 3"}, {"exp", "b=0.5", "r=0.5", "k=-3"}},
     };
