@@ -306,15 +306,28 @@ TEST(TypedRelation, ImplicitAgreesWithMpfiPixelByPixel) {
         if (!r) continue;
         ASSERT_EQ(r->getForm(), TypedRelationC::IMPLICIT) << c.text;
         std::vector<PointerTC<qelt::math::algexpr::AlgebraicExpressionC>> trees;
+        std::vector<MpfiReference> refs;
         for (Comparison const &p : c.parts) {
             trees.push_back(qelt::math::algexpr::AlgebraicExpressionC::fromInfixString(p.h));
             ASSERT_TRUE(trees.back()) << p.h;
+            refs.emplace_back(trees.back()->getNode());
         }
+        std::size_t const parts = refs.size();
+        // Excluded: every part (OR) or some part (AND) proven false over the box.
+        auto excludedBox = [&](double bx0, double bx1, double by0, double by1) {
+            std::size_t falseParts = 0;
+            for (std::size_t k = 0; k < parts; ++k) {
+                double lo, hi;
+                falseParts += refs[k].enclose(bx0, bx1, by0, by1, lo, hi) == MpfiReference::Defined::NOWHERE ||
+                              provenFalse(c.parts[k].op, lo, hi);
+            }
+            return c.any ? falseParts == parts : falseParts > 0;
+        };
         for (int round = 0; round < 4; ++round) {
             double cx = rng.uniform(-2, 2), cy = rng.uniform(-2, 2), half = rng.uniform(1.5, 6);
             Window w{cx - half, cx + half, cy - half * 0.7, cy + half * 0.7, (unsigned short)(41 + rng.below(60)),
                      (unsigned short)(31 + rng.below(40))};
-            std::map<std::pair<int, int>, bool> drawn;
+            std::map<std::pair<int, int>, bool> drawn; // pixel -> undecided
             std::vector<Pt> pts = drawTyped(*r, w);
             for (size_t i = 0; i < pts.size(); ++i) {
                 Pt a = pts[i], b = a;
@@ -326,30 +339,15 @@ TEST(TypedRelation, ImplicitAgreesWithMpfiPixelByPixel) {
                 for (int col = 0; col < int(w.m); ++col) {
                     double x0 = g.columnEdge(col), x1 = g.columnEdge(col + 1);
                     double y0 = g.rowEdge(int(w.n) - 1 - row), y1 = g.rowEdge(int(w.n) - row);
-                    bool isDrawn = drawn.count({col, row}) != 0;
-                    // Excluded: every part (OR) or some part (AND) proven false over the box.
-                    auto excludedBox = [&](double bx0, double bx1, double by0, double by1) {
-                        int falseParts = 0;
-                        for (size_t k = 0; k < trees.size(); ++k) {
-                            double lo, hi;
-                            MpfiReference ref(trees[k]->getNode());
-                            if (ref.enclose(bx0, bx1, by0, by1, lo, hi) == MpfiReference::Defined::NOWHERE ||
-                                provenFalse(c.parts[k].op, lo, hi))
-                                ++falseParts;
-                        }
-                        return c.any ? falseParts == int(trees.size()) : falseParts > 0;
-                    };
-                    bool excluded = excludedBox(x0, x1, y0, y1);
+                    bool isDrawn = drawn.count({col, row}) != 0, excluded = excludedBox(x0, x1, y0, y1);
                     EXPECT_FALSE(excluded && isDrawn) << c.text << " drew excluded pixel " << col << "," << row;
                     if (isDrawn && !excluded && !drawn[{col, row}]) {
-                        // A proven pixel: its box is not empty of solutions
-                        // piece by piece either.
+                        // A proven pixel: its box is not empty of solutions piece by piece either.
                         int const n = 8;
                         bool allExcluded = true;
-                        for (int i = 0; i < n && allExcluded; ++i)
-                            for (int j = 0; j < n && allExcluded; ++j)
-                                allExcluded = excludedBox(x0 + (x1 - x0) * i / n, x0 + (x1 - x0) * (i + 1) / n,
-                                                          y0 + (y1 - y0) * j / n, y0 + (y1 - y0) * (j + 1) / n);
+                        for (int i = 0; i < n * n && allExcluded; ++i)
+                            allExcluded = excludedBox(x0 + (x1 - x0) * (i / n) / n, x0 + (x1 - x0) * (i / n + 1) / n,
+                                                      y0 + (y1 - y0) * (i % n) / n, y0 + (y1 - y0) * (i % n + 1) / n);
                         EXPECT_FALSE(allExcluded) << c.text << " proved empty pixel " << col << "," << row;
                     }
                     if (excluded || isDrawn) continue;
@@ -360,23 +358,19 @@ TEST(TypedRelation, ImplicitAgreesWithMpfiPixelByPixel) {
                     for (int i = 0; i <= samples && !held; ++i)
                         for (int j = 0; j <= samples && !held; ++j) {
                             double x = x0 + (x1 - x0) * i / samples, y = y0 + (y1 - y0) * j / samples;
-                            int trueParts = 0;
-                            for (size_t k = 0; k < trees.size(); ++k) {
-                                MpfiReference ref(trees[k]->getNode());
-                                double lo, hi;
-                                if (ref.enclose(x, x, y, y, lo, hi) != MpfiReference::Defined::EVERYWHERE) continue;
-                                bool ok = provenTrue(c.parts[k].op, lo, hi);
-                                if (c.parts[k].op == '=' && i < samples) {
-                                    double x2 = x0 + (x1 - x0) * (i + 1) / samples, lo2, hi2;
-                                    ok = ref.enclose(x2, x2, y, y, lo2, hi2) == MpfiReference::Defined::EVERYWHERE &&
-                                         ((hi < 0 && lo2 > 0) || (lo > 0 && hi2 < 0));
-                                }
-                                trueParts += ok;
+                            std::size_t trueParts = 0;
+                            for (std::size_t k = 0; k < parts; ++k) {
+                                double lo, hi, x2 = x0 + (x1 - x0) * (i + 1) / samples, lo2, hi2;
+                                if (refs[k].enclose(x, x, y, y, lo, hi) != MpfiReference::Defined::EVERYWHERE) continue;
+                                if (c.parts[k].op != '=' || i == samples)
+                                    trueParts += provenTrue(c.parts[k].op, lo, hi);
+                                else
+                                    trueParts += refs[k].enclose(x2, x2, y, y, lo2, hi2) == MpfiReference::Defined::EVERYWHERE &&
+                                                 ((hi < 0 && lo2 > 0) || (lo > 0 && hi2 < 0));
                             }
-                            held = c.any ? trueParts > 0 : trueParts == int(trees.size());
+                            held = c.any ? trueParts > 0 : trueParts == parts;
                         }
-                    EXPECT_FALSE(held) << c.text << " left out pixel " << col << "," << row << " of "
-                                       << w.m << "x" << w.n;
+                    EXPECT_FALSE(held) << c.text << " left out pixel " << col << "," << row << " of " << w.m << "x" << w.n;
                 }
         }
     }
