@@ -10,7 +10,17 @@
 #include "collab/ds/GraphDataSetWinC.h"
 #include "collab/oss/PointerTC.h"
 
+namespace qelt::mathapp::rel {}
+namespace qelt::mathapp::evalg {}
+
 namespace tooltest {
+
+// The names every test file here uses, brought in by `using namespace tooltest`.
+using nlohmann::json;
+using qelt::oss::PointerTC;
+namespace ds = qelt::mathapp::ds;
+namespace rel = qelt::mathapp::rel;
+namespace evalg = qelt::mathapp::evalg;
 
 struct Result {
     int status;
@@ -59,12 +69,12 @@ std::vector<std::string> quotedAfter(std::string const &text, std::string const 
 std::string testName(std::string name);
 
 // Pixel points with their marker bytes, as [column, row, markers] arrays.
-nlohmann::json pointsJson(qelt::oss::PointerTC<qelt::mathapp::ds::GraphDataSetWinC> const &set);
+json pointsJson(PointerTC<ds::GraphDataSetWinC> const &set);
 
 // The runs of consecutive points a display joins: split after LAST_VISIBLE
 // and before FIRST_VISIBLE; a point more than one pixel outside the m x n
 // grid is left out and splits too.
-std::vector<nlohmann::json> stretches(nlohmann::json const &points, int m, int n);
+std::vector<json> stretches(json const &points, int m, int n);
 
 } // namespace tooltest
 

@@ -19,11 +19,6 @@
 namespace {
 
 using namespace tooltest;
-using nlohmann::json;
-using qelt::oss::PointerTC;
-namespace ds = qelt::mathapp::ds;
-namespace rel = qelt::mathapp::rel;
-namespace evalg = qelt::mathapp::evalg;
 
 struct TableCase {
     char const *name;

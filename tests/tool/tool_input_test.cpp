@@ -173,7 +173,7 @@ TEST(RandomArguments, EndWithZeroOrTwo) {
         Result r = f.evalg(args);
         ASSERT_TRUE(r.status == 0 || r.status == 2) << line << "-> " << r.status << " " << r.err;
         EXPECT_EQ(f.entries(), r.status == 0 ? Words{out} : Words{}) << line;
-        bool reads = out == "out.json" ? !nlohmann::json::parse(f.read(out), nullptr, false).is_discarded()
+        bool reads = out == "out.json" ? !json::parse(f.read(out), nullptr, false).is_discarded()
                                        : out != "out.png" || readPng(f.file(out)).width > 0;
         EXPECT_TRUE(r.status != 0 || reads) << line;
         done += r.status == 0;

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
-#include <nlohmann/json.hpp>
 #include <unistd.h>
 
 #include "ToolRun.h"
@@ -161,7 +160,7 @@ TEST(OutputPlaces, AStreamedJsonReplacesAFileWhole) {
     ASSERT_EQ(f.evalg({"plot", "sin", "a=40", "--and", "cos", "--size", "30000x300", "-o", "wide.json"}).status, 0);
     std::string text = f.read("wide.json");
     EXPECT_GT(text.size(), std::size_t(1) << 20); // many buffers' worth
-    nlohmann::json doc = nlohmann::json::parse(text);
+    json doc = json::parse(text);
     ASSERT_EQ(doc["relations"].size(), 2u);
     EXPECT_EQ(doc["relations"][1]["label"], "cos");
     EXPECT_GT(doc["relations"][0]["points"].size(), 30000u);

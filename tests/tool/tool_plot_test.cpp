@@ -44,11 +44,6 @@
 namespace {
 
 using namespace tooltest;
-using nlohmann::json;
-using qelt::oss::PointerTC;
-namespace ds = qelt::mathapp::ds;
-namespace rel = qelt::mathapp::rel;
-namespace evalg = qelt::mathapp::evalg;
 using SetP = PointerTC<ds::GraphDataSetWinC>;
 using DomainP = PointerTC<ds::GraphicalDomainC>;
 

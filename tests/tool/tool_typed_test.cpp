@@ -7,7 +7,6 @@
 namespace {
 
 using namespace tooltest;
-using nlohmann::json;
 
 json plotJson(Folder const &f, std::vector<std::string> const &relation) {
     Result r = f.evalg(with(with({"plot"}, relation), {"--format", "json"}));
