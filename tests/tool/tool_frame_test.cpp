@@ -42,8 +42,7 @@ TEST(AxisNumbers, NeverOverlapAndStayInThePicture) {
     };
     for (FrameCase const &c : cases) {
         Picture p;
-        p.window.xMin = c.xMin, p.window.xMax = c.xMax, p.window.yMin = c.yMin, p.window.yMax = c.yMax;
-        p.window.columns = c.columns, p.window.rows = c.rows;
+        p.window = {c.xMin, c.xMax, c.yMin, c.yMax, c.columns, c.rows};
         PictureFrame f = frameOf(p, c.scale);
         std::string at = std::to_string(c.xMin) + " " + std::to_string(c.columns);
         EXPECT_EQ(f.width, f.plotWidth + f.rightStrip) << at;
@@ -107,7 +106,7 @@ TEST(PictureFrame, PngHasNumbersRightAndBelowTheTitleUnderAndTheWindowKeepsItsPi
     EXPECT_GT(std::count_if(titled.pixels.begin() + 161 * 101, titled.pixels.end(), isInk), 20); // the letters
 }
 
-TEST(PictureFrame, SvgHasNumbersTitleAndLegend) {
+TEST(PictureFrame, SvgAndTextHaveNumbersTitleAndLegend) {
     Folder f;
     ASSERT_EQ(f.evalg({"plot", "sin", "--and", "cos", "--title", "a <title>", "-o", "out.svg"}).status, 0);
     std::string svg = f.read("out.svg");
@@ -125,10 +124,7 @@ TEST(PictureFrame, SvgHasNumbersTitleAndLegend) {
     ASSERT_EQ(f.evalg({"plot", "sin", "--title", "waves", "--no-axes", "-o", "bare.svg"}).status, 0);
     EXPECT_EQ(quotedAfter(f.read("bare.svg"), "<svg xmlns=\"http://www.w3.org/2000/svg\" width=")[0], "644");
     EXPECT_EQ(f.read("bare.svg").find("<line"), std::string::npos);
-}
-
-TEST(PictureFrame, TextHasTheTitleOverThePictureAndALinePerRelation) {
-    Folder f;
+    // Text: the title over the picture and a line per relation.
     Result r = f.evalg({"plot", "sin", "--and", "cos", "--title", "Two waves"});
     ASSERT_EQ(r.status, 0);
     EXPECT_EQ(r.out.substr(0, 10), "Two waves\n");

@@ -41,13 +41,7 @@ Curve implicitCurve(SampleCurve curve, double c, ImplicitRelationC::ComparisonE 
     return out;
 }
 
-Window window(double reach, int pixels) {
-    Window w;
-    w.xMin = w.yMin = -reach;
-    w.xMax = w.yMax = reach;
-    w.columns = w.rows = pixels;
-    return w;
-}
+Window window(double reach, int pixels) { return {-reach, reach, -reach, reach, pixels, pixels}; }
 
 // Every pixel of every run as [column, row, proven], read off the library's
 // points on their own: a FIRST_VISIBLE point opens a run, the next
