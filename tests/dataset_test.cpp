@@ -14,49 +14,44 @@ PointerTC<GraphDataSetWinC> makeSet(unsigned capacity, unsigned front) {
     return PointerTC<GraphDataSetWinC>(new GraphDataSetWinC(capacity, front, makeDomain(defaultWindow())));
 }
 
-struct Hints {
-    unsigned capacity, front;
-};
+// Any capacity and front hints, also ones past what the points need.
+TEST(DataSet, SpareSlotsAreZeroWritableAndMergeIntoTheNextPoint) {
+    struct {
+        unsigned capacity, front;
+    } const hints[] = {{0, 0}, {1, 1}, {1001, 500}, {402, 401}, {402, 0}, {5, 9}, {4000000000u, 7}};
+    for (auto const &h : hints) {
+        SCOPED_TRACE(::testing::Message() << h.capacity << "," << h.front);
+        PointerTC<GraphDataSetWinC> set = makeSet(h.capacity, h.front);
+        unsigned int n = 99;
+        unsigned char *m = set->getPixelMarkers(n);
+        ASSERT_EQ(n, 0u);
+        EXPECT_EQ(m[-1], 0);
+        EXPECT_EQ(m[0], 0);
+        // A marker on slot count lands on the next appended point, merged with its own.
+        m[0] = PixelPointC::FIRST_VISIBLE;
+        set->appendPixelPoint(1L, 2L, PixelPointC::LAST_VISIBLE);
+        // A marker on slot -1 lands on the next prepended point.
+        m = set->getPixelMarkers(n);
+        m[-1] = PixelPointC::LAST_VISIBLE;
+        set->prependPixelPoint(0L, 5L, 0);
+        // Grow well past every hint; the pending marker on slot count travels along.
+        m = set->getPixelMarkers(n);
+        m[n] = PixelPointC::FIRST_VISIBLE;
+        for (long i = 0; i < 100; ++i) set->prependPixelPoint(-i, i, 0);
+        for (long i = 0; i < 100; ++i) set->appendPixelPoint(100 + i, i, 0);
 
-void PrintTo(Hints const &h, std::ostream *os) { *os << h.capacity << "," << h.front; }
-
-class DataSetHints : public ::testing::TestWithParam<Hints> {};
-
-TEST_P(DataSetHints, SpareSlotsAreZeroWritableAndMergeIntoTheNextPoint) {
-    PointerTC<GraphDataSetWinC> set = makeSet(GetParam().capacity, GetParam().front);
-    unsigned int n = 99;
-    unsigned char *m = set->getPixelMarkers(n);
-    ASSERT_EQ(n, 0u);
-    EXPECT_EQ(m[-1], 0);
-    EXPECT_EQ(m[0], 0);
-    // A marker on slot count lands on the next appended point, merged with its own.
-    m[0] = PixelPointC::FIRST_VISIBLE;
-    set->appendPixelPoint(1L, 2L, PixelPointC::LAST_VISIBLE);
-    // A marker on slot -1 lands on the next prepended point.
-    m = set->getPixelMarkers(n);
-    m[-1] = PixelPointC::LAST_VISIBLE;
-    set->prependPixelPoint(0L, 5L, 0);
-    // Grow well past every hint; the pending marker on slot count travels along.
-    m = set->getPixelMarkers(n);
-    m[n] = PixelPointC::FIRST_VISIBLE;
-    for (long i = 0; i < 100; ++i) set->prependPixelPoint(-i, i, 0);
-    for (long i = 0; i < 100; ++i) set->appendPixelPoint(100 + i, i, 0);
-
-    std::vector<Pt> pts = points(set);
-    ASSERT_EQ(pts.size(), 202u);
-    EXPECT_EQ(pts[100], (Pt{0, 5, PixelPointC::LAST_VISIBLE}));
-    EXPECT_EQ(pts[101], (Pt{1, 2, PixelPointC::FIRST_VISIBLE | PixelPointC::LAST_VISIBLE}));
-    EXPECT_EQ(pts[102], (Pt{100, 0, PixelPointC::FIRST_VISIBLE}));
-    EXPECT_EQ(pts[0], (Pt{-99, 99, 0}));
-    EXPECT_EQ(pts[201], (Pt{199, 99, 0}));
-    m = set->getPixelMarkers(n);
-    EXPECT_EQ(m[-1], 0);
-    EXPECT_EQ(m[n], 0);
+        std::vector<Pt> pts = points(set);
+        ASSERT_EQ(pts.size(), 202u);
+        EXPECT_EQ(pts[100], (Pt{0, 5, PixelPointC::LAST_VISIBLE}));
+        EXPECT_EQ(pts[101], (Pt{1, 2, PixelPointC::FIRST_VISIBLE | PixelPointC::LAST_VISIBLE}));
+        EXPECT_EQ(pts[102], (Pt{100, 0, PixelPointC::FIRST_VISIBLE}));
+        EXPECT_EQ(pts[0], (Pt{-99, 99, 0}));
+        EXPECT_EQ(pts[201], (Pt{199, 99, 0}));
+        m = set->getPixelMarkers(n);
+        EXPECT_EQ(m[-1], 0);
+        EXPECT_EQ(m[n], 0);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(AnyHints, DataSetHints,
-                         ::testing::Values(Hints{0, 0}, Hints{1, 1}, Hints{1001, 500}, Hints{402, 401},
-                                           Hints{402, 0}, Hints{5, 9}, Hints{4000000000u, 7}));
 
 TEST(DataSet, PointsAndMarkersAreParallelAndOutOfGridPointsAreKept) {
     PointerTC<GraphDataSetWinC> set = makeSet(4, 2);

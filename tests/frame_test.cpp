@@ -29,24 +29,24 @@ struct Probe {
     explicit Probe(Window const &w = five) { EXPECT_TRUE(eval.setDomain(makeDomain(w))); }
 };
 
+// Steps and outer edges; one column gives an infinite step, not an error.
 TEST(Domain, StepsAndEdges) {
-    Probe p;
-    EXPECT_EQ(p.eval.xStep, 1.0);
-    EXPECT_EQ(p.eval.xHalfStep, 0.5);
-    EXPECT_EQ(p.eval.leftEdge, -0.5);
-    EXPECT_EQ(p.eval.rightEdge, 4.5);
-    EXPECT_EQ(p.eval.bottomEdge, -0.5);
-    EXPECT_EQ(p.eval.topEdge, 4.5);
-    Probe wide(defaultWindow());
-    EXPECT_DOUBLE_EQ(wide.eval.xStep, 0.1);
-    EXPECT_DOUBLE_EQ(wide.eval.leftEdge, -8.05);
-}
-
-TEST(Domain, OneColumnGivesAnInfiniteStepWithoutError) {
-    Probe p(Window{0, 4, 0, 4, 1, 5});
-    EXPECT_EQ(p.eval.xStep, Inf);
-    EXPECT_EQ(p.eval.leftEdge, -Inf);
-    EXPECT_EQ(p.eval.yStep, 1.0);
+    struct {
+        Window w;
+        double xStep, leftEdge, rightEdge, yStep, bottomEdge, topEdge;
+    } const cases[] = {{five, 1, -0.5, 4.5, 1, -0.5, 4.5},
+                       {defaultWindow(), 0.1, -8.05, 8.05, 0.1, -5.05, 5.05},
+                       {{0, 4, 0, 4, 1, 5}, Inf, -Inf, Inf, 1, -0.5, 4.5}};
+    for (auto const &c : cases) {
+        Probe p(c.w);
+        EXPECT_DOUBLE_EQ(p.eval.xStep, c.xStep);
+        EXPECT_DOUBLE_EQ(p.eval.xHalfStep, c.xStep / 2);
+        EXPECT_DOUBLE_EQ(p.eval.leftEdge, c.leftEdge);
+        EXPECT_DOUBLE_EQ(p.eval.rightEdge, c.rightEdge);
+        EXPECT_DOUBLE_EQ(p.eval.yStep, c.yStep);
+        EXPECT_DOUBLE_EQ(p.eval.bottomEdge, c.bottomEdge);
+        EXPECT_DOUBLE_EQ(p.eval.topEdge, c.topEdge);
+    }
 }
 
 // A boundary rounds left to itself and right a whole step up; NaN passes
@@ -128,35 +128,6 @@ TEST(Emit, FiveByFive) {
         std::vector<Pt> pts = points(p.set);
         EXPECT_EQ(xys(pts), c.expected);
         for (Pt const &q : pts) EXPECT_EQ(q.m, 0u);
-    }
-}
-
-TEST(Emit, MarkersAreOredIntoExistingBits) {
-    unsigned char m = PixelPointC::LAST_VISIBLE;
-    ProbeEvalC::addStartMarker(&m);
-    EXPECT_EQ(m, PixelPointC::FIRST_VISIBLE | PixelPointC::LAST_VISIBLE);
-    m = 0x80;
-    ProbeEvalC::addEndMarker(&m);
-    EXPECT_EQ(m, 0x80 | PixelPointC::LAST_VISIBLE);
-}
-
-TEST(Emit, ExtremeSpansEndAndStayBounded) {
-    // Windows a few ulps tall and wild values must finish with at most two
-    // points per span, also when a NaN start meets an end far outside the
-    // grid, whose index distance does not fit 16 bits.
-    Window const windows[] = {{0, 4, 1.0, std::nextafter(1.0, 2.0), 5, 32767}, {-1e308, 1e308, -1e308, 1e308, 7, 9},
-                              {0, 1e-300, 0, 1e-300, 32767, 32767}, {0, 4, 0, 4, 1, 1}};
-    double const values[] = {0, NaN, Inf, -Inf, 1e300, -1e300, 1e-300, 3.5, 1e9, -7e4};
-    for (Window const &w : windows) {
-        Probe p(w);
-        for (double x : values)
-            for (double y1 : values)
-                for (double y2 : values) {
-                    PointerTC<GraphDataSetWinC> s(new GraphDataSetWinC(0, 0, makeDomain(w)));
-                    p.eval.appendPixelPoints(x, y1, y2, s);
-                    p.eval.prependPixelPointsXYSwapped(x, y1, y2, s);
-                    EXPECT_LE(s->getCount(), 4u);
-                }
     }
 }
 

@@ -9,7 +9,6 @@
 #include <mpfr.h>
 
 #include <cmath>
-#include <cstdio>
 #include <limits>
 #include <string>
 
@@ -133,14 +132,6 @@ IntervalC randomOperand(evalgtest::Rng &rng, int code, bool second) {
     return std::isfinite(b) ? IntervalC(a, b) : IntervalC(a, a);
 }
 
-// How far from the real value the double rule lies, in units of the real
-// value's last place (for the margins the interval rules take).
-double ulpsOff(double point, double real) {
-    if (!std::isfinite(point) || !std::isfinite(real) || point == real) return 0;
-    double ulp = std::nextafter(std::fabs(real), inf) - std::fabs(real);
-    return std::fabs(point - real) / ulp;
-}
-
 TEST(FunctionTable, EveryRowEnclosesMpfrAndItsDoubleRule) {
     Reference reference;
     evalgtest::Rng rng(31);
@@ -149,7 +140,6 @@ TEST(FunctionTable, EveryRowEnclosesMpfrAndItsDoubleRule) {
         ASSERT_TRUE(row);
         ASSERT_EQ(row->code, code);
         ASSERT_EQ(FunctionTableC::codeOf(row->name), code);
-        double worst = 0;
         int checked = 0;
         for (int i = 0; i < 800; ++i) {
             IntervalC a = randomOperand(rng, code, false);
@@ -171,15 +161,9 @@ TEST(FunctionTable, EveryRowEnclosesMpfrAndItsDoubleRule) {
                 ++checked;
                 EXPECT_TRUE(y.contains(real) || (std::isinf(real) && y.contains(std::copysign(1.7976931348623157e308, real))))
                     << what << ": real " << real << " not in [" << y.lo << ", " << y.hi << "]";
-                if (std::fabs(real) > 1e-300) {
-                    double off = ulpsOff(point, real);
-                    if (off > worst) worst = off;
-                }
             }
         }
         EXPECT_GT(checked, 500) << row->name;
-        // The double rule's worst error: what the margins must cover.
-        std::printf("%-10s worst double error %.2f ulps over %d values\n", row->name, worst, checked);
     }
 }
 
@@ -194,7 +178,6 @@ TEST(FunctionTable, DecorationsAtTheSingularities) {
         {"log2 [0, 0]", IntervalC::log2(IntervalC(0, 0)), false, true, false},
         {"log10 of |[-1, 1]|", IntervalC::log10(IntervalC::abs(IntervalC(-1, 1))), false, true, false},
         {"sqrt [0, 4]", IntervalC::sqrt(IntervalC(0, 4)), false, false, false},
-        {"1 / [-1, 1]", IntervalC::div(IntervalC(1, 1), IntervalC(-1, 1)), false, true, true},
         {"floor [1, 1.5]", IntervalC::floor(IntervalC(1, 1.5)), false, false, false},
         {"floor [0.5, 1]", IntervalC::floor(IntervalC(0.5, 1)), false, false, true},
         {"round [0.5, 1.4]", IntervalC::round(IntervalC(0.5, 1.4)), false, false, false},
